@@ -1,0 +1,21 @@
+#ifndef GNSSPLOT_H
+#define GNSSPLOT_H
+
+/*!
+    \file gnssplot.h
+    The one include a host needs: every exported class of the library.
+*/
+
+#include "gnssplot_global.h"
+
+// Data model
+#include "AxisData.h"
+#include "Curve_Coord.h"
+#include "Curve_Coord_XY.h"
+#include "Curve_DataSet.h"
+#include "Curve_DataSet_XY.h"
+
+// Curve registry
+#include "CurveScene.h"
+
+#endif // GNSSPLOT_H

@@ -1,0 +1,23 @@
+# Sourced by the other scripts: installs Debian packages that are missing.
+ensure_packages() {
+    local missing=()
+    local pkg
+    for pkg in "$@"; do
+        if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q 'ok installed'; then
+            missing+=("$pkg")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing: ${missing[*]}"
+    local sudo=""
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || { echo "Need root (or sudo) to install ${missing[*]}" >&2; return 1; }
+        sudo="sudo"
+    fi
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# Everything a build of the library, its tests and its demo needs.
+GNSSPLOT_BUILD_PACKAGES=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools
+    qttools5-dev zlib1g-dev fonts-dejavu-core xvfb xauth)
