@@ -22,3 +22,10 @@ install(FILES
     ${PROJECT_BINARY_DIR}/GnssPlotConfig.cmake
     ${PROJECT_BINARY_DIR}/GnssPlotConfigVersion.cmake
     DESTINATION ${GNSSPLOT_CMAKE_DIR})
+
+# pkg-config file; its prefix is found relative to the file itself, so the
+# installed tree can be moved.
+file(RELATIVE_PATH GNSSPLOT_PC_TO_PREFIX
+     /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/gnssplot.pc.in ${PROJECT_BINARY_DIR}/gnssplot.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/gnssplot.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
