@@ -5,9 +5,14 @@
 
 /*!
     \file gnssplot_global.h
-    The export macro of the gnssplot library. Every public class carries
-    GNSSPLOT_EXPORT so that its methods and its meta-object are visible to
-    hosts that subclass it or connect to its signals.
+    The export macro of the gnssplot library.
+*/
+
+/*!
+    \def GNSSPLOT_EXPORT
+    Marks a public class of the library. Its methods and its meta-object are
+    exported from the shared library, so hosts can subclass the class and
+    connect to its signals. Define GNSSPLOT_STATIC when linking a static build.
 */
 #if defined(GNSSPLOT_STATIC)
 #  define GNSSPLOT_EXPORT
