@@ -3,11 +3,12 @@
 
 #include "gnssplot_global.h"
 
+#include "CurveScene.h"
+
 #include <QGraphicsView>
 #include <QPointer>
 
 class CurveGraphicsScene;
-class CurveScene;
 
 /*!
     \class CurveGraphicsView
