@@ -18,4 +18,8 @@
 // Curve registry
 #include "CurveScene.h"
 
+// Graphics presentation
+#include "CurveGraphicsScene.h"
+#include "CurveGraphicsView.h"
+
 #endif // GNSSPLOT_H

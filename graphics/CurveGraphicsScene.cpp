@@ -1,0 +1,310 @@
+#include "CurveGraphicsScene.h"
+
+#include "CurveGraphicsItem_Coord_p.h"
+#include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsItem_ShowWhichY_p.h"
+#include "Curve_Coord_XY.h"
+#include "Curve_DataSet_XY.h"
+
+#include <QDateTime>
+#include <QGraphicsView>
+#include <QPainter>
+#include <QPixmap>
+#include <QTimeZone>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+const double kSceneXTicks[] = {0.0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1.0};
+const double kSceneYTicks[] = {0.0, 0.25, 0.5, 0.75, 1.0};
+const double kPixmapXTicks[] = {0.0, 0.2, 0.4, 0.6, 0.8, 1.0};
+const double kPixmapYTicks[] = {0.0, 0.5, 1.0};
+
+// Tick times beyond +-100 million days from the epoch (and infinite or NaN
+// ones, as a fresh coordinate's overflowing range gives) get no text: they
+// carry no meaning on a time axis, and the conversion to a whole number of
+// milliseconds would not be defined for all of them.
+constexpr double kMaxTickMSecs = 8.64e15;
+
+struct TickLabels
+{
+    QMap<double, QString> x;
+    QMap<double, QString> y;
+    QString date;
+};
+
+template <size_t NX, size_t NY>
+TickLabels makeTickLabels(const Curve_Coord_XY& coord, const double (&xTicks)[NX],
+                          const double (&yTicks)[NY], const QString& yUnit)
+{
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    coord.getArea(xMin, xMax, yMin, yMax);
+
+    TickLabels labels;
+    for (const double f : yTicks) {
+        const double value = (yMax - yMin) * f + yMin;
+        labels.y.insert(f, std::isfinite(value)
+                               ? QString::number(value, 'f', 3) + yUnit : QString());
+    }
+
+    const QString timeFormat = QStringLiteral("HH:mm:ss");
+    QDate captionDate;
+    for (const double f : xTicks) {
+        const double value = (xMax - xMin) * f + xMin;
+        if (!(std::abs(value) <= kMaxTickMSecs)) {
+            labels.x.insert(f, QString());
+            captionDate = QDate();
+            continue;
+        }
+        // Truncation toward zero, as the conversion does: the 0.7 tick of a
+        // whole day lands a hair before 16:48:00 and reads 16:47:59.
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(value),
+                                                              QTimeZone::utc());
+        labels.x.insert(f, time.toString(timeFormat));
+        captionDate = time.date();
+    }
+    // The caption names the day of the right end of the axis.
+    if (captionDate.isValid())
+        labels.date = captionDate.toString(QStringLiteral("yyyy/MM/dd"));
+    return labels;
+}
+
+QString timeSystemCaption()
+{
+    return QStringLiteral("GPST");
+}
+
+} // namespace
+
+CurveGraphicsScene::CurveGraphicsScene(QGraphicsView* view)
+    : QGraphicsScene(view)
+    , m_curveScene(nullptr)
+    , m_coord(nullptr)
+    , m_view(nullptr)
+    , m_coordItem(nullptr)
+{
+    m_view = view;
+    setSceneRect(-5000.0, -5000.0, 10000.0, 10000.0);
+    setBackgroundBrush(QBrush(Qt::transparent, Qt::SolidPattern));
+    m_curveScene = new CurveScene(this);
+    connect(m_curveScene, SIGNAL(sgLocalCoordChanged()), this, SLOT(onSgCoordChanged()),
+            Qt::UniqueConnection);
+    connect(m_curveScene, SIGNAL(sgCurveAdded(QString)), this, SLOT(onSgCurveAdded(QString)),
+            Qt::UniqueConnection);
+    connect(m_curveScene, SIGNAL(sgCurveRemoved(QString)), this,
+            SLOT(onSgCurveRemoved(QString)), Qt::UniqueConnection);
+    connect(m_curveScene, SIGNAL(sgCurveShowParamChanged(QString)), this,
+            SLOT(onSgCurveShowParamChanged(QString)), Qt::UniqueConnection);
+    connect(m_curveScene, SIGNAL(sgCurveSingleShow(QString, bool)), this,
+            SLOT(onSgSingleShow(QString,bool)), Qt::UniqueConnection);
+    setBackgroundBrush(QBrush(QColor(255, 255, 255, 255), Qt::SolidPattern));
+}
+
+CurveGraphicsScene::~CurveGraphicsScene()
+{
+    // The registry goes first, so that its signals are gone before the items
+    // that listen to them are destroyed by the base class.
+    delete m_curveScene;
+    m_curveScene = nullptr;
+}
+
+CurveScene* CurveGraphicsScene::getCurveScene()
+{
+    return m_curveScene;
+}
+
+QRectF CurveGraphicsScene::getCoordRect() const
+{
+    if (!m_coordItem)
+        return QRectF();
+    return m_coordItem->mapRectToScene(m_coordItem->boundingRect());
+}
+
+void CurveGraphicsScene::setCoordPixelSize(int w, int h)
+{
+    if (m_coordItem)
+        m_coordItem->setPixelSize(w, h);
+}
+
+void CurveGraphicsScene::switchOffCurvesListen()
+{
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+        item->switchOffListen();
+}
+
+void CurveGraphicsScene::switchOnCurvesListen()
+{
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+        item->switchOnListen();
+}
+
+void CurveGraphicsScene::onSgCoordChanged()
+{
+    // The previous coordinate may already be destroyed: it is never touched.
+    m_coord = nullptr;
+    if (m_coordItem) {
+        // The curve items outlive the frame; take them off before it goes.
+        for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+            item->setParentItem(nullptr);
+        delete m_coordItem;
+        m_coordItem = nullptr;
+    }
+
+    m_coord = m_curveScene->getCoord_Local();
+    if (m_coord) {
+        connect(m_coord.data(), SIGNAL(sgCoordAreaChanged()), this,
+                SLOT(onSgCoordAreaChanged()), Qt::UniqueConnection);
+    }
+    if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data())) {
+        auto* frame = new CurveGraphicsItem_Coord_PXPY(coordXY, nullptr);
+        m_coordItem = frame;
+        addItem(frame);
+        frame->setPos(0.0, 0.0);
+        connect(frame->getShowWhichY(), SIGNAL(selectionChanged()), this,
+                SLOT(onSgCoordVisibleSelectionChanged()), Qt::UniqueConnection);
+    }
+
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems)) {
+        item->setParentItem(m_coordItem);
+        // Kept items learn the new frame's data-area size like new ones do;
+        // otherwise they would keep drawing at the old frame's size.
+        if (m_coordItem) {
+            connect(m_coordItem, SIGNAL(sgDataAreaChanged(double,double)), item,
+                    SLOT(onDataAreaChanged(double,double)), Qt::UniqueConnection);
+        }
+    }
+    adjustCoordArea();
+}
+
+void CurveGraphicsScene::onSgCurveAdded(QString curveName)
+{
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    // The registry hands its data sets out read-only; the item only reads the
+    // samples but must connect to the data set's signals.
+    auto* dataSet = const_cast<Curve_DataSet_XY*>(
+        qobject_cast<const Curve_DataSet_XY*>(m_curveScene->getCurve(curveName)));
+    if (coordXY && dataSet) {
+        auto* item = new CurveGraphicsItem_Curve_XY(m_curveScene, coordXY, curveName, dataSet,
+                                                    nullptr);
+        m_curveItems.insert(curveName, item);
+        if (m_coordItem) {
+            connect(m_coordItem, SIGNAL(sgDataAreaChanged(double,double)), item,
+                    SLOT(onDataAreaChanged(double,double)), Qt::UniqueConnection);
+            item->setParentItem(m_coordItem);
+            item->setPos(0.0, 0.0);
+            onSgCoordAreaChanged();
+        } else {
+            // An X/Y coordinate always has a frame; should that ever not hold,
+            // the scene still owns the item rather than leaking it.
+            addItem(item);
+        }
+    }
+    adjustCoordArea();
+}
+
+void CurveGraphicsScene::onSgCurveRemoved(QString curveName)
+{
+    const auto it = m_curveItems.find(curveName);
+    if (it == m_curveItems.end())
+        return;
+    CurveGraphicsItem_Curve* item = it.value();
+    m_curveItems.erase(it);
+    delete item;
+}
+
+void CurveGraphicsScene::onSgCurveShowParamChanged(QString)
+{
+    // Each curve item listens to the registry for its own parameters.
+}
+
+void CurveGraphicsScene::onSgCoordAreaChanged()
+{
+    auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(m_coordItem);
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    if (!frame || !coordXY)
+        return;
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    coordXY->getArea(xMin, xMax, yMin, yMax);
+    if (!(xMax > xMin) || !(yMax > yMin))
+        return;
+    const TickLabels labels = makeTickLabels(*coordXY, kSceneXTicks, kSceneYTicks, tr("m"));
+    frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
+}
+
+void CurveGraphicsScene::onSgSingleShow(QString curveName, bool bSingle)
+{
+    if (CurveGraphicsItem_Curve* item = m_curveItems.value(curveName, nullptr))
+        item->setSingleShow(bSingle);
+}
+
+void CurveGraphicsScene::onSgCoordVisibleSelectionChanged()
+{
+    const auto* showWhichY = qobject_cast<const CurveGraphicsItem_ShowWhichY*>(sender());
+    if (!showWhichY)
+        return;
+    QMap<QString, bool> selection;
+    showWhichY->getSelection(selection);
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+        item->setVisibleSelection(selection);
+}
+
+void CurveGraphicsScene::adjustCoordArea()
+{
+    // Only a coordinate that was never given an area is fitted to the data;
+    // once the host or the zoom has set one, it is left alone.
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    if (!coordXY || coordXY->areaSettedNumber() != 0)
+        return;
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    if (m_curveScene->getAreaLimits(xMin, xMax, yMin, yMax))
+        coordXY->setArea(xMin, xMax, yMin, yMax);
+}
+
+void CurveGraphicsScene::DrawXYCurveToPixmap(Curve_Coord_XY* coord, Curve_DataSet_XY* dataSet,
+                                             const QColor& color, QPixmap* pixmap)
+{
+    if (!coord || !dataSet || !pixmap)
+        return;
+    pixmap->fill(Qt::transparent);
+    // A painter on a null pixmap cannot begin; skip it rather than have Qt
+    // complain about it.
+    if (pixmap->isNull())
+        return;
+    QPainter painter(pixmap);
+
+    // Both items exist only for this call; while they do they are connected
+    // to coord and dataSet like any frame and curve item.
+    auto frame = std::make_unique<CurveGraphicsItem_Coord_PXPY>(coord, nullptr);
+    frame->setPixelSize(pixmap->width(), pixmap->height());
+    const TickLabels labels = makeTickLabels(*coord, kPixmapXTicks, kPixmapYTicks, QString());
+    frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
+
+    const QRectF frameRect = frame->boundingRect();
+    painter.translate(-frameRect.left(), -frameRect.top());
+    frame->paint(&painter, nullptr, nullptr);
+    painter.resetTransform();
+    const QRectF dataRect = frame->getDataRect();
+    frame.reset();
+
+    auto curve = std::make_unique<CurveGraphicsItem_Curve_XY>(nullptr, coord, QString(),
+                                                              dataSet, nullptr);
+    curve->setPenColor(color);
+    curve->setDataArea(dataRect.width(), dataRect.height());
+    // The curve's origin goes onto the lower-left corner of the data area.
+    const QRectF curveRect = curve->boundingRect();
+    painter.translate(-curveRect.left() - frameRect.left(), -curveRect.top());
+    curve->paint(&painter, nullptr, nullptr);
+    curve.reset();
+    painter.end();
+}

@@ -1,0 +1,87 @@
+#ifndef GNSSPLOT_GRAPHICSTESTSUPPORT_H
+#define GNSSPLOT_GRAPHICSTESTSUPPORT_H
+
+// Helpers of the graphics tests: filling data sets, finding items, probing
+// rendered pixels and keeping images of failures in /tmp.
+
+#include "AxisData.h"
+#include "Curve_DataSet_XY.h"
+
+#include <QGraphicsScene>
+#include <QImage>
+#include <QtTest>
+
+#include <functional>
+#include <limits>
+#include <set>
+
+namespace gt {
+
+const double NaN = std::numeric_limits<double>::quiet_NaN();
+
+inline void fillAxis(AxisData* axis, const QVector<double>& values,
+                     const std::set<qint64>& breaks = {})
+{
+    axis->beginSetData();
+    if (!values.isEmpty()) {
+        QVERIFY(axis->allocData(values.size(), nullptr));
+        std::copy(values.cbegin(), values.cend(), axis->getInSettingData(0, nullptr));
+        QVERIFY(axis->setInSettingBreaks(breaks));
+    }
+    axis->endSetData(true);
+}
+
+// X samples 0, 1, 2, ... and one Y axis per entry of ys.
+inline Curve_DataSet_XY* makeDataSet(const QVector<QVector<double>>& ys)
+{
+    auto* dataSet = new Curve_DataSet_XY(ys.size());
+    QVector<double> xs;
+    for (int i = 0; i < ys.value(0).size(); ++i)
+        xs.append(i);
+    fillAxis(dataSet->getAxisData(0), xs);
+    for (int k = 0; k < ys.size(); ++k)
+        fillAxis(dataSet->getAxisData(k + 1), ys.at(k));
+    return dataSet;
+}
+
+template <class T>
+QList<T*> itemsOf(QGraphicsScene* scene)
+{
+    QList<T*> found;
+    for (QGraphicsItem* item : scene->items(Qt::AscendingOrder)) {
+        if (T* t = dynamic_cast<T*>(item))
+            found.append(t);
+    }
+    return found;
+}
+
+// True when some pixel within \a radius of \a p passes \a test.
+inline bool anyNear(const QImage& image, QPoint p, int radius,
+                    const std::function<bool(QRgb)>& test)
+{
+    for (int y = p.y() - radius; y <= p.y() + radius; ++y) {
+        for (int x = p.x() - radius; x <= p.x() + radius; ++x) {
+            if (image.valid(x, y) && test(image.pixel(x, y)))
+                return true;
+        }
+    }
+    return false;
+}
+
+inline bool isBluish(QRgb c) { return qBlue(c) - qRed(c) > 80 && qBlue(c) - qGreen(c) > 80; }
+inline bool isRed(QRgb c) { return qAlpha(c) == 255 && qRed(c) > 200 && qGreen(c) < 60; }
+inline bool isDark(QRgb c) { return qAlpha(c) > 100 && qGray(c) < 160; }
+
+// Saves the image on failure, or always with GNSSPLOT_KEEP_IMAGES set.
+inline bool keep(bool ok, const QImage& image, const QString& name)
+{
+    if (!ok || qEnvironmentVariableIsSet("GNSSPLOT_KEEP_IMAGES"))
+        image.save(QStringLiteral("/tmp/gnssplot_%1.png").arg(name));
+    return ok;
+}
+
+} // namespace gt
+
+#define PIXEL_VERIFY(cond, image, name) QVERIFY2(gt::keep((cond), (image), (name)), #cond)
+
+#endif // GNSSPLOT_GRAPHICSTESTSUPPORT_H
