@@ -4,11 +4,21 @@
 #include "ReferenceModel.h"
 
 #include "AxisData.h"
+#include "CurveGraphicsItem_Coord_p.h"
+#include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsItem_ShowWhichY_p.h"
+#include "CurveGraphicsScene.h"
+#include "CurveGraphicsView.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
 
+#include <QApplication>
+#include <QGraphicsSceneMouseEvent>
+#include <QPainter>
+#include <QPixmap>
 #include <QPointer>
+#include <QWheelEvent>
 
 #include <memory>
 #include <vector>
@@ -48,6 +58,8 @@ private:
     // One step each; a non-empty result ends the run.
     QString axisStep(AxisData* axis, RefAxis& ref);
     QString registryStep();
+    QString graphicsStep();
+    QString checkItems() const;
     QString checkAxis(const AxisData* axis, const RefAxis& ref, const QString& where) const;
     QString checkRegistry() const;
     QString checkSignals(QStringList& actual, const QStringList& expected, const QString& what);
@@ -59,7 +71,9 @@ private:
     std::vector<RefAxis> m_axisRefs;
     QStringList m_axisLog;
 
-    std::unique_ptr<CurveScene> m_registry;
+    std::unique_ptr<CurveGraphicsView> m_view;
+    CurveGraphicsScene* m_scene = nullptr;
+    CurveScene* m_registry = nullptr;
     RefRegistry m_ref;
     QStringList m_registryLog;
     DataSetSlot m_dataSets[kDataSetSlots];
@@ -68,7 +82,7 @@ private:
 
 Runner::~Runner()
 {
-    m_registry.reset();
+    m_view.reset(); // takes the scene and the registry with it
     // Whatever the registry did not own is still the test's to free.
     for (DataSetSlot& slot : m_dataSets)
         delete slot.object.data();
@@ -84,7 +98,7 @@ void Runner::watchAxis(AxisData* axis)
 
 void Runner::watchRegistry()
 {
-    CurveScene* r = m_registry.get();
+    CurveScene* r = m_registry;
     QObject::connect(r, &CurveScene::sgLocalCoordChanged,
                      [this] { m_registryLog << QStringLiteral("coord"); });
     QObject::connect(r, &CurveScene::sgCurveAdded,
@@ -334,7 +348,10 @@ QString Runner::registryStep()
             != expectOk)
             return what + QStringLiteral(": result");
         if (expectOk) {
-            m_ref.curves.insert(name, RefCurve{index, color, cap, visible, autoDelete});
+            const bool xyCoord = m_ref.coordSlot >= 0
+                && qobject_cast<Curve_Coord_XY*>(m_coords[m_ref.coordSlot].object.data());
+            const bool item = xyCoord && m_dataSets[index].isXY;
+            m_ref.curves.insert(name, RefCurve{index, color, cap, visible, autoDelete, item});
             expected << QStringLiteral("added:") + name;
         }
         break;
@@ -439,7 +456,101 @@ QString Runner::registryStep()
         return checkRegistry();
     }
     }
-    const QString failure = checkSignals(m_registryLog, expected, what);
+    QString failure = checkSignals(m_registryLog, expected, what);
+    if (failure.isEmpty())
+        failure = checkItems();
+    return failure.isEmpty() ? checkRegistry() : failure;
+}
+
+QString Runner::checkItems() const
+{
+    const Curve_Coord* local = m_registry->getCoord_Local();
+    const bool expectFrame = qobject_cast<const Curve_Coord_XY*>(local) != nullptr;
+    QList<CurveGraphicsItem_Coord_PXPY*> frames;
+    QList<CurveGraphicsItem_Curve_XY*> curves;
+    for (QGraphicsItem* item : m_scene->items()) {
+        QGraphicsObject* object = item->toGraphicsObject();
+        if (auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(object))
+            frames << frame;
+        else if (auto* curve = qobject_cast<CurveGraphicsItem_Curve_XY*>(object))
+            curves << curve;
+    }
+    if (frames.size() != (expectFrame ? 1 : 0))
+        return QStringLiteral("%1 frame items").arg(frames.size());
+    int expectedItems = 0;
+    for (const RefCurve& c : m_ref.curves)
+        expectedItems += c.hasItem ? 1 : 0;
+    if (curves.size() != expectedItems)
+        return QStringLiteral("%1 curve items, expected %2").arg(curves.size()).arg(expectedItems);
+    QGraphicsItem* frame = frames.value(0, nullptr);
+    for (CurveGraphicsItem_Curve_XY* curve : curves) {
+        if (curve->parentItem() != frame)
+            return QStringLiteral("curve item not under the frame");
+    }
+    if (m_scene->getCoordRect().isNull() == expectFrame)
+        return QStringLiteral("getCoordRect");
+    return {};
+}
+
+QString Runner::graphicsStep()
+{
+    static const int kSizes[] = {-300, -1, 0, 1, 50, 79, 80, 81, 300, 800};
+    switch (m_in.pick(8)) {
+    case 0:
+        m_view->resize(qMax(0, kSizes[m_in.pick(10)]), qMax(0, kSizes[m_in.pick(10)]));
+        break;
+    case 1:
+        m_scene->setCoordPixelSize(kSizes[m_in.pick(10)], kSizes[m_in.pick(10)]);
+        break;
+    case 2: {
+        const int delta = (m_in.pick(3) - 1) * 120;
+        QWheelEvent wheel(QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, delta),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_view->viewport(), &wheel);
+        break;
+    }
+    case 3: { // a click on or near the Y-selection boxes
+        CurveGraphicsItem_ShowWhichY* legend = nullptr;
+        for (QGraphicsItem* item : m_scene->items()) {
+            if ((legend = qobject_cast<CurveGraphicsItem_ShowWhichY*>(item->toGraphicsObject())))
+                break;
+        }
+        if (!legend)
+            break;
+        QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
+        press.setScenePos(legend->mapToScene(QPointF(m_in.pick(64), m_in.pick(64))));
+        press.setButton(Qt::LeftButton);
+        press.setButtons(Qt::LeftButton);
+        QApplication::sendEvent(m_scene, &press);
+        break;
+    }
+    case 4: { // paint everything the view shows
+        QImage image(m_view->viewport()->size().expandedTo(QSize(1, 1)), QImage::Format_ARGB32);
+        QPainter painter(&image);
+        m_view->render(&painter);
+        break;
+    }
+    case 5: {
+        auto* coord = qobject_cast<Curve_Coord_XY*>(m_coords[m_in.pick(kCoordSlots)].object);
+        auto* dataSet = qobject_cast<Curve_DataSet_XY*>(m_dataSets[m_in.pick(kDataSetSlots)].object);
+        const int w = qMax(0, kSizes[m_in.pick(10)]);
+        const int h = qMax(0, kSizes[m_in.pick(10)]);
+        QPixmap pixmap(w, h);
+        CurveGraphicsScene::DrawXYCurveToPixmap(coord, dataSet, QColor(200, 0, 0),
+                                                m_in.flag() ? &pixmap : nullptr);
+        break;
+    }
+    case 6:
+        m_view->setCurvesPosToVerticalZero();
+        break;
+    default:
+        if (m_in.flag())
+            m_scene->switchOffCurvesListen();
+        else
+            m_scene->switchOnCurvesListen();
+        break;
+    }
+    const QString failure = checkItems();
     return failure.isEmpty() ? checkRegistry() : failure;
 }
 
@@ -450,16 +561,30 @@ QString Runner::run(ApiSequenceStats* stats)
         m_axisRefs.emplace_back();
         watchAxis(m_axes.back().get());
     }
-    m_registry.reset(new CurveScene);
+    m_view.reset(new CurveGraphicsView);
+    m_scene = qobject_cast<CurveGraphicsScene*>(m_view->scene());
+    m_registry = m_view->getCurveScene();
+    if (!m_scene || !m_registry)
+        return QStringLiteral("view without scene or registry");
     watchRegistry();
+    m_view->resize(300, 200);
+    m_view->show();
 
     for (int call = 0; call < kMaxCalls && !m_in.atEnd(); ++call) {
         QString failure;
-        if (m_in.flag()) {
+        switch (m_in.pick(5)) {
+        case 0:
+        case 1: {
             const int slot = m_in.pick(kAxisSlots);
             failure = axisStep(m_axes[size_t(slot)].get(), m_axisRefs[size_t(slot)]);
-        } else {
+            break;
+        }
+        case 2:
+            failure = graphicsStep();
+            break;
+        default:
             failure = registryStep();
+            break;
         }
         if (stats)
             ++stats->calls;

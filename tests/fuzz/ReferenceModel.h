@@ -164,6 +164,7 @@ struct RefCurve
     int cap = 0;
     bool visible = false;
     bool owned = false;
+    bool hasItem = false; // the graphics scene made an item for it
 };
 
 struct RefRegistry
