@@ -539,7 +539,7 @@ void Parser::readBodyV2()
     const int typeCount = int(m_v2Table.types.size());
     const int linesPerSat = (typeCount + 4) / 5;
     Line l;
-    std::vector<QByteArray> ids;
+    std::vector<int> ids;
     while (m_lines.next(l)) {
         const qint64 n = m_lines.number();
         if (l.isBlank())
@@ -558,9 +558,9 @@ void Parser::readBodyV2()
         qint64 ms = 0;
         if (!readEpochTime(l, false, &ms))
             fail(n, QStringLiteral("bad epoch time"));
-        // Satellite list: 12 per line, continued on following lines.
+        // Satellite list: 12 per line, continued on following lines. Resolved
+        // at once so that a bad entry is reported on its own line.
         ids.clear();
-        std::vector<qint64> idLines;
         Line listLine = l;
         for (int i = 0; i < count; ++i) {
             if (i > 0 && i % 12 == 0)
@@ -569,24 +569,20 @@ void Parser::readBodyV2()
             if (listLine.field(col, 3).trimmed().isEmpty())
                 fail(m_lines.number(), QStringLiteral("satellite list shorter than the "
                                                       "announced %1").arg(count));
-            ids.push_back(listLine.field(col, 3));
-            idLines.push_back(m_lines.number());
+            const SatStore& sat = satellite(listLine, col, m_lines.number());
+            ids.push_back(int(&sat - m_sats.data()));
         }
-        auto satOf = [&](size_t i) -> SatStore& {
-            Line idLine{ids[i].constData(), int(ids[i].size())};
-            return satellite(idLine, 0, idLines[i]);
-        };
         if (flag == 6) {
             const int epoch = !m_epochs.empty() && m_epochs.back() == ms
                                   ? int(m_epochs.size()) - 1 : int(m_epochs.size());
-            for (size_t i = 0; i < ids.size(); ++i)
-                markSlip(satOf(i), epoch);
+            for (int id : ids)
+                markSlip(m_sats[size_t(id)], epoch);
             skipLines(count * linesPerSat, "a cycle-slip record");
             continue;
         }
         const int epoch = epochIndexFor(ms, n);
-        for (size_t i = 0; i < ids.size(); ++i) {
-            SatStore& sat = satOf(i);
+        for (int id : ids) {
+            SatStore& sat = m_sats[size_t(id)];
             if (sat.record.size() <= size_t(epoch))
                 sat.record.resize(size_t(epoch) + 1, 0);
             sat.record[size_t(epoch)] = 1;
