@@ -123,5 +123,5 @@ void tst_Availability::bandsKeepTheirIndex()
     QCOMPARE(bands[2].ranges, (Pairs{{0, 2000}, {3000, 1000}}));
 }
 
-QTEST_MAIN(tst_Availability)
+QTEST_GUILESS_MAIN(tst_Availability)
 #include "tst_availability.moc"

@@ -264,5 +264,5 @@ void tst_Multipath::syntheticDay()
     QVERIFY(lliBreaks > phaseJumps);
 }
 
-QTEST_MAIN(tst_Multipath)
+QTEST_GUILESS_MAIN(tst_Multipath)
 #include "tst_multipath.moc"

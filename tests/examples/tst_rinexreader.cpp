@@ -16,6 +16,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <random>
 
 using namespace gnssdemo;
 
@@ -78,6 +79,7 @@ private slots:
     void malformed_data();
     void malformed();
     void damagedFiles();
+    void randomDamageNeverCrashes();
 };
 
 void tst_RinexReader::realFiles_data()
@@ -391,5 +393,35 @@ void tst_RinexReader::damagedFiles()
              qPrintable(error));
 }
 
-QTEST_MAIN(tst_RinexReader)
+void tst_RinexReader::randomDamageNeverCrashes()
+{
+    const QString path = DataDir + QStringLiteral("/dgar0100.24o.gz");
+    const QString path3 = DataDir + QStringLiteral("/GEOP092I.24o.gz");
+    QByteArray v2, v3;
+    QString error;
+    if (!readMaybeGzipped(path, &v2, &error) || !readMaybeGzipped(path3, &v3, &error))
+        QSKIP("shared data not found");
+    std::mt19937 rng(7);
+    const char alphabet[] = " 0123456789.-+>GREC\nXx";
+    for (const QByteArray& whole : {v2.left(60000), v3.left(60000)}) {
+        for (int round = 0; round < 150; ++round) {
+            QByteArray text = whole;
+            for (int edit = 0; edit < 1 + int(rng() % 4); ++edit) {
+                const int at = int(rng() % quint32(text.size()));
+                if (rng() % 3 == 0)
+                    text.remove(at, int(rng() % 200)); // cut across line ends too
+                else
+                    text[at] = alphabet[rng() % (sizeof(alphabet) - 1)];
+            }
+            const auto source = RinexReader::readText(text, QStringLiteral("damaged"), &error);
+            if (!source)
+                QVERIFY2(error.startsWith(QStringLiteral("line ")), qPrintable(error));
+            else
+                for (int i = 0; i < source->satelliteCount(); ++i)
+                    QCOMPARE(source->satelliteAt(i)->record.size(), source->epochs().size());
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_RinexReader)
 #include "tst_rinexreader.moc"

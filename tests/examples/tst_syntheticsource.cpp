@@ -136,5 +136,5 @@ void tst_SyntheticSource::deterministic()
     QVERIFY(hashOf(SyntheticSource(SyntheticSource::DefaultSeed + 1)) != first);
 }
 
-QTEST_MAIN(tst_SyntheticSource)
+QTEST_GUILESS_MAIN(tst_SyntheticSource)
 #include "tst_syntheticsource.moc"
