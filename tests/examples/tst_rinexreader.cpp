@@ -27,7 +27,8 @@ const QString DataDir = QStringLiteral(GNSSPLOT_TEST_DATA_DIR);
 // "2024-04-01 08:31:16.442760" to GPST milliseconds, through Qt's calendar.
 qint64 statsTime(const QString& text)
 {
-    const QDateTime dt = QDateTime::fromString(text.left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    const QDateTime dt = QDateTime::fromString(text.left(19),
+                                               QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     const double fraction = text.mid(19).isEmpty() ? 0.0 : text.mid(19).toDouble();
     return QDateTime(dt.date(), dt.time(), Qt::UTC).toMSecsSinceEpoch()
            + qint64(std::llround(fraction * 1000.0));
@@ -279,7 +280,8 @@ void tst_RinexReader::version3Events()
     QString t = v3Header();
     t += QStringLiteral("> 2024 07 27 00 00 59.9996000  2  0\n");
     t += QStringLiteral("> 2024 07 27 00 01  0.0000000  0  2\n");
-    t += QStringLiteral("G07") + obs(2.1e7) + obs(1.1e8, 1) + obs(NaN) + obs(8.5e7) + QLatin1Char('\n');
+    t += QStringLiteral("G07") + obs(2.1e7) + obs(1.1e8, 1) + obs(NaN) + obs(8.5e7)
+         + QLatin1Char('\n');
     t += QStringLiteral("E11") + obs(234567890.0) + obs(1.2e8) + QLatin1Char('\n');
     t += QStringLiteral(">                              3  1\n");
     t += headerLine(QStringLiteral("SITE"), "MARKER NAME");
@@ -310,9 +312,11 @@ void tst_RinexReader::malformed_data()
     const QString good = QStringLiteral("> 2024 07 27 00 00  0.0000000  0  1\nG01")
                          + obs(2.1e7) + QLatin1Char('\n');
     QTest::newRow("empty") << QString() << QStringLiteral("line 1: empty file");
-    QTest::newRow("not rinex") << QStringLiteral("hello\n") << QStringLiteral("line 1: not a RINEX");
+    QTest::newRow("not rinex") << QStringLiteral("hello\n")
+                               << QStringLiteral("line 1: not a RINEX");
     QTest::newRow("navigation file")
-        << headerLine(QStringLiteral("     3.04           N: GNSS NAV DATA"), "RINEX VERSION / TYPE")
+        << headerLine(QStringLiteral("     3.04           N: GNSS NAV DATA"),
+                      "RINEX VERSION / TYPE")
         << QStringLiteral("line 1: not an observation file");
     QTest::newRow("truncated header") << h.left(h.indexOf(QLatin1String("E   10")))
                                       << QStringLiteral("line 4: file ends inside the header");
@@ -328,9 +332,10 @@ void tst_RinexReader::malformed_data()
         << QStringLiteral("line 8: bad epoch time");
     QTest::newRow("unknown flag") << h + QStringLiteral("> 2024 07 27 00 00  0.0000000  7  0\n")
                                   << QStringLiteral("line 6: unknown epoch flag 7");
-    QTest::newRow("bad number") << h + good + QStringLiteral("> 2024 07 27 00 00 30.0000000  0  1\n")
-                                       + QStringLiteral("G01  21000x00.000\n")
-                                << QStringLiteral("line 9: bad number \"21000x00.000\" for G01 C1C");
+    QTest::newRow("bad number")
+        << h + good + QStringLiteral("> 2024 07 27 00 00 30.0000000  0  1\n")
+               + QStringLiteral("G01  21000x00.000\n")
+        << QStringLiteral("line 9: bad number \"21000x00.000\" for G01 C1C");
     QTest::newRow("bad lli") << h + QStringLiteral("> 2024 07 27 00 00  0.0000000  0  1\n")
                                     + QStringLiteral("G01  21000000.000X\n")
                              << QStringLiteral("line 7: bad loss-of-lock");
@@ -340,10 +345,9 @@ void tst_RinexReader::malformed_data()
     QTest::newRow("file ends in epoch")
         << h + QStringLiteral("> 2024 07 27 00 00  0.0000000  0  2\nG01\n")
         << QStringLiteral("line 8: file ends inside an epoch's satellite records");
-    QTest::newRow("undeclared system") << h + QStringLiteral("> 2024 07 27 00 00  0.0000000  0  1\n")
-                                              + QStringLiteral("J01  21000000.000\n")
-                                       << QStringLiteral("line 7: no observation types declared "
-                                                         "for system J");
+    QTest::newRow("undeclared system")
+        << h + QStringLiteral("> 2024 07 27 00 00  0.0000000  0  1\nJ01  21000000.000\n")
+        << QStringLiteral("line 7: no observation types declared for system J");
     QTest::newRow("time goes back")
         << h + good + QStringLiteral("> 2024 07 26 00 00  0.0000000  0  1\nG01\n")
         << QStringLiteral("line 8: epoch is earlier");

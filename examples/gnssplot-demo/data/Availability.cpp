@@ -28,7 +28,8 @@ EpochRanges rangesOf(const std::vector<qint64>& epochs, qint64 intervalMs, Prese
         if (!present(i))
             continue;
         const qint64 t = epochs[i];
-        const qint64 next = i + 1 < n && epochs[i + 1] - t <= maxStep ? epochs[i + 1] : t + interval;
+        const bool joined = i + 1 < n && epochs[i + 1] - t <= maxStep;
+        const qint64 next = joined ? epochs[i + 1] : t + interval;
         if (!any) {
             out.ranges.append(qMakePair(start, t - start));
             any = true;

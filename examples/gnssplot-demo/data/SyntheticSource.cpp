@@ -229,7 +229,17 @@ bool SyntheticSource::satellite(int index, SatelliteObservations& out) const
 
         const double span = pass.maxElevation - 5.0;
         const double wobblePeriod = rng.between(20000.0, 80000.0);
+        // sin(pi * j / length) by rotation, one multiply-add pair per epoch
+        // instead of a sine; drift over a day is far below a microdegree.
+        double arcSin = 0.0;
+        double arcCos = 1.0;
+        const double arcStepSin = std::sin(Pi / pass.length);
+        const double arcStepCos = std::cos(Pi / pass.length);
         for (int j = 0; j < pass.length; ++j) {
+            const double arcNow = arcSin;
+            const double nextSin = arcSin * arcStepCos + arcCos * arcStepSin;
+            arcCos = arcCos * arcStepCos - arcSin * arcStepSin;
+            arcSin = nextSin;
             const int t = pass.start + j;
             bool inGap = false;
             bool codeOut = false;
@@ -252,10 +262,9 @@ bool SyntheticSource::satellite(int index, SatelliteObservations& out) const
             }
             if (inGap)
                 continue;
-            const double x = double(j) / double(pass.length);
             const double elevation = orbit == Orbit::Geostationary
                 ? (pass.maxElevation + std::sin(2.0 * Pi * t / wobblePeriod)) * Pi / 180.0
-                : (5.0 + span * std::sin(Pi * x)) * Pi / 180.0;
+                : (5.0 + span * arcNow) * Pi / 180.0;
             const double sinE = std::sin(elevation);
             const double cosE = std::cos(elevation);
             const double range = std::sqrt(orbitRadius * orbitRadius
