@@ -1,0 +1,73 @@
+#ifndef GNSSDEMO_MULTIPATH_H
+#define GNSSDEMO_MULTIPATH_H
+
+#include "ObservationData.h"
+
+#include <vector>
+
+class Curve_DataSet_XY;
+
+namespace gnssdemo {
+
+/*! Tuning of the code multipath computation. */
+struct MultipathOptions
+{
+    /*! Largest epoch step, as a multiple of the source's interval, that does
+        not end an arc. */
+    double gapFactor = 1.5;
+    /*! Geometry-free phase jump, in metres, against the linear prediction
+        from the two samples before, that counts as a cycle slip when epochs
+        are one second apart; grows by slipThresholdPerSecond for longer
+        steps, up to slipThresholdMax. */
+    double slipThreshold = 0.05;
+    double slipThresholdPerSecond = 0.003;
+    double slipThresholdMax = 0.2;
+    /*! The same for an arc's second sample, which has no slope to predict
+        with, so the ionosphere's own change must fit under it. */
+    double firstStepThreshold = 0.06;
+    double firstStepThresholdPerSecond = 0.015;
+    /*! Arcs with fewer samples are left out: their mean says nothing. */
+    int minArcSamples = 5;
+};
+
+/*! What computeMultipath() did for one satellite. */
+struct MultipathInfo
+{
+    int bandA = -1;         //!< band of MP1 (first band with code and phase), -1 when none
+    int bandB = -1;         //!< band of MP2
+    qint64 samples = 0;     //!< samples written
+    int arcs = 0;           //!< arcs written
+    int lliBreaks = 0;      //!< arcs ended by a loss-of-lock indicator
+    int phaseJumpBreaks = 0;//!< arcs ended by a geometry-free phase jump
+    int gapBreaks = 0;      //!< arcs ended by missing epochs or observations
+    int droppedArcs = 0;    //!< arcs shorter than minArcSamples, left out
+};
+
+/*!
+    Computes the code multipath combinations of satellite \a sat's first two
+    bands that carry both pseudorange and phase, in metres:
+
+        MP1 = P1 - (1 + 2/(a-1)) * lambda1*L1 + (2/(a-1)) * lambda2*L2
+        MP2 = P2 - (2a/(a-1)) * lambda1*L1 + (2a/(a-1) - 1) * lambda2*L2
+
+    with a = (f1/f2)^2, and removes each arc's mean. An arc is a run of epochs
+    with both phases, at least one pseudorange, and no break: a gap (a missing
+    epoch or observation), LLI bit 0 on either phase, or a jump of the
+    geometry-free phase lambda1*L1 - lambda2*L2 against its linear
+    prediction.
+
+    The result is published into \a target (a Curve_DataSet_XY with at least
+    two Y axes): X (key 0) the epoch times in milliseconds, key 1 MP1 and key
+    2 MP2 (NaN where that pseudorange is missing), written in place into the
+    axes' in-setting buffers, with a break at the last sample of every arc.
+    A satellite without two such bands publishes empty axes. Returns false,
+    with \a error set, only when the target is unusable or memory runs out.
+    \a epochs are the source's epochs; \a intervalMs its nominal interval.
+*/
+bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64>& epochs,
+                      qint64 intervalMs, Curve_DataSet_XY* target, MultipathInfo* info,
+                      QString* error, const MultipathOptions& options = MultipathOptions());
+
+} // namespace gnssdemo
+
+#endif // GNSSDEMO_MULTIPATH_H

@@ -1,0 +1,57 @@
+#ifndef GNSSDEMO_RINEXREADER_H
+#define GNSSDEMO_RINEXREADER_H
+
+#include "ObservationData.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+namespace gnssdemo {
+
+/*!
+    Reads RINEX observation files, versions 2.xx and 3.xx (and 4.xx, whose
+    observation records are those of 3.05), plain or gzip-compressed, into a
+    MemoryObservationSource.
+
+    Only pseudoranges (C, and P in version 2) and carrier phases (L) with
+    their loss-of-lock indicators are kept. For each satellite and band the
+    code and phase types with the most values are chosen (ties go to the
+    preferred signal, then to header order); the phase type with the same
+    tracking attribute as the chosen code wins over other phases.
+
+    Epoch flags: 0 and 1 carry observations (a flag 1 power failure marks a
+    cycle slip on every satellite of that epoch); 2 to 5 are followed by
+    special records that are skipped; 6 lists cycle-slip records, which mark
+    a slip for their satellites. Epoch times in BeiDou time or GLONASS time
+    are converted to GPST.
+
+    GLONASS channel numbers come from the "GLONASS SLOT / FRQ #" header; when
+    a satellite is not listed there its channel is estimated from the ratio
+    of code change to phase change on G1, and failing that taken from a
+    built-in slot table (ChannelOrigin tells which).
+*/
+class RinexReader
+{
+public:
+    /*! Reads \a path. On failure returns null and writes a message naming
+        the file and, for malformed content, the 1-based line number into
+        \a error (when not null). */
+    static std::unique_ptr<MemoryObservationSource> readFile(const QString& path,
+                                                             QString* error);
+    /*! Parses the uncompressed file content \a text; \a name is used in the
+        source's description. Errors as readFile() but without the file name:
+        "line N: ...". */
+    static std::unique_ptr<MemoryObservationSource> readText(const QByteArray& text,
+                                                             const QString& name,
+                                                             QString* error);
+};
+
+/*! Reads a whole file, gunzipping it when it is gzip-compressed (plain files
+    pass through). Returns false with a message in \a error on failure. */
+bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error);
+
+} // namespace gnssdemo
+
+#endif // GNSSDEMO_RINEXREADER_H
