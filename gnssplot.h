@@ -18,4 +18,8 @@
 // Curve registry
 #include "CurveScene.h"
 
+// Epoch availability table
+#include "stEpochDataSet.h"
+#include "CurveGraphicsTableWidget_Epoch.h"
+
 #endif // GNSSPLOT_H
