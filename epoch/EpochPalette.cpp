@@ -66,16 +66,23 @@ const QList<QColor>& epochGreyPalette()
 
 void makeEpochBrushes(int count, bool bEnabled, QList<QBrush>& brushes)
 {
-    brushes.clear();
-    if (count <= 0)
-        return;
     // The palettes stop at 65535 entries; data sets beyond that reuse the
     // last entry, which keeps one brush per data set for any list size.
-    ensureEpochPalettes(quint16(qMin(count, 0xffff)));
+    ensureEpochPalettes(quint16(qBound(0, count, 0xffff)));
     const QList<QColor>& palette = bEnabled ? epochColourPalette() : epochGreyPalette();
     Q_ASSERT(!palette.isEmpty());
+    count = qMax(count, 0);
+    // Overwrite in place so that a caller painting many satellites keeps one
+    // list's storage.
+    while (brushes.size() > count)
+        brushes.removeLast();
     brushes.reserve(count);
     const int last = palette.size() - 1;
-    for (int i = 0; i < count; ++i)
-        brushes.append(QBrush(palette.at(qMin(i, last)), Qt::SolidPattern));
+    for (int i = 0; i < count; ++i) {
+        const QBrush brush(palette.at(qMin(i, last)), Qt::SolidPattern);
+        if (i < brushes.size())
+            brushes[i] = brush;
+        else
+            brushes.append(brush);
+    }
 }

@@ -23,7 +23,8 @@ const QList<QColor>& epochGreyPalette();
 
 /*! Fills \a brushes with one solid brush per data set, \a count of them, from
     the colour palette when \a bEnabled, else from the grey palette, growing
-    the palettes first. \a brushes is cleared first; its storage is reused. */
+    the palettes first (also for a count of 0). Entries of \a brushes are
+    overwritten in place, extra ones dropped. */
 void makeEpochBrushes(int count, bool bEnabled, QList<QBrush>& brushes);
 
 #endif // GNSSPLOT_EPOCHPALETTE_P_H
