@@ -8,56 +8,46 @@
 #include <QColor>
 #include <QDir>
 #include <QImage>
-#include <QList>
 #include <QMap>
-#include <QPair>
-#include <QString>
 
 #include <initializer_list>
+#include <limits>
 
 using EpochPair = QPair<qint64, qint64>;
+using EpochMarks = QMap<int, EpochPair>;
 using EpochData = QMap<QString, QList<stEpochDataSet>>;
+constexpr qint64 kMin = std::numeric_limits<qint64>::min();
+constexpr qint64 kMax = std::numeric_limits<qint64>::max();
 
 inline stEpochDataSet epochSet(std::initializer_list<EpochPair> ranges)
 {
     stEpochDataSet set;
-    for (const EpochPair& range : ranges)
-        set.ranges.append(range);
+    set.ranges = QList<EpochPair>(ranges);
     return set;
 }
 
-// Satellites "G01".."Gnn", each with `bands` data sets without pairs: one
-// bar over the whole range per band.
+// Satellites "G01".."Gnn", each with `bands` data sets without pairs.
 inline EpochData epochSatellites(int count, int bands = 1)
 {
     EpochData data;
-    for (int i = 1; i <= count; ++i) {
-        QList<stEpochDataSet> sets;
-        for (int b = 0; b < bands; ++b)
-            sets.append(stEpochDataSet());
-        data.insert(QStringLiteral("G%1").arg(i, 2, 10, QLatin1Char('0')), sets);
-    }
+    for (int i = 1; i <= count; ++i)
+        data.insert(QStringLiteral("G%1").arg(i, 2, 10, QLatin1Char('0')),
+                    QVector<stEpochDataSet>(bands).toList());
     return data;
 }
 
 inline QMap<QString, bool> allEnabled(const EpochData& data, bool bEnabled = true)
 {
     QMap<QString, bool> map;
-    for (auto it = data.cbegin(); it != data.cend(); ++it)
-        map.insert(it.key(), bEnabled);
+    for (const QString& name : data.keys())
+        map.insert(name, bEnabled);
     return map;
 }
 
-inline QImage whiteImage(int w, int h)
-{
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::white);
-    return image;
-}
-
 // Rendered images go to /tmp so that a person can look at them.
-inline void saveImage(const QImage& image, const QString& name)
+inline void saveImage(const QImage& image, QString name)
 {
+    name.replace(QLatin1Char(' '), QLatin1Char('-')).remove(QLatin1Char(':'));
     image.save(QDir::tempPath() + QStringLiteral("/gnssplot-epoch-%1.png").arg(name));
 }
 
