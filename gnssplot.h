@@ -22,4 +22,8 @@
 #include "CurveGraphicsScene.h"
 #include "CurveGraphicsView.h"
 
+// Epoch availability table
+#include "stEpochDataSet.h"
+#include "CurveGraphicsTableWidget_Epoch.h"
+
 #endif // GNSSPLOT_H

@@ -1,0 +1,76 @@
+#ifndef GNSSPLOT_EPOCHLABEL_P_H
+#define GNSSPLOT_EPOCHLABEL_P_H
+
+#include "stEpochDataSet.h"
+
+#include <QBrush>
+#include <QLabel>
+#include <QList>
+#include <QMap>
+#include <QPair>
+#include <QPen>
+#include <QRect>
+
+/*
+    The bar cell of one satellite row of CurveGraphicsTableWidget_Epoch: one
+    thin bar per data set over the epoch range, the satellite's erase marks as
+    crossed boxes, and the outline of the drag in progress.
+
+    The table owns the marks' bookkeeping (action numbers, undo) and reaches
+    the label's marks and drag rectangle through the accessors below; the
+    setters do not repaint, the table asks for that once it is done.
+*/
+class EpochLabel : public QLabel
+{
+    Q_OBJECT
+public:
+    EpochLabel();
+
+    // Replaces everything the label shows and repaints: the range, the data
+    // sets (one brush each, coloured or grey by bSatelliteEnabled) and marks.
+    void setEpochData(qint64 startTime, qint64 endTime, const QList<stEpochDataSet>& dataSets,
+                      bool satelliteEnabled, const QMap<int, QPair<qint64, qint64>>& eraseMarks);
+    // Empties range, data sets, marks and brushes; keeps the enabled flag.
+    void clearEpochData();
+
+    // Removes every mark whose box contains the global position, then
+    // repaints. Does nothing else for an empty or inverted range.
+    void removeEraseMarksAt(const QPoint& globalPos);
+
+    qint64 getStartTime() const { return startTime; }
+    qint64 getEndTime() const { return endTime; }
+    bool getSatelliteEnabled() const { return satelliteEnabled; }
+    const QList<stEpochDataSet>& getDataSets() const { return dataSets; }
+    const QList<QBrush>& getBrushes() const { return brushes; }
+
+    const QMap<int, QPair<qint64, qint64>>& getEraseMarks() const { return eraseMarks; }
+    void setEraseMark(int key, const QPair<qint64, qint64>& mark) { eraseMarks.insert(key, mark); }
+    bool removeEraseMark(int key) { return eraseMarks.remove(key) > 0; }
+    void clearEraseMarks() { eraseMarks.clear(); }
+
+    // The drag rectangle in the table viewport's coordinates; null when none.
+    QRect getDragRect() const { return dragRect; }
+    void setDragRect(const QRect& rect) { dragRect = rect; }
+
+    // The first mark, in ascending key order, whose box contains the point
+    // in label coordinates; -1 when none does or the range is empty.
+    int eraseMarkKeyAt(const QPointF& pos) const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    double markScale() const;
+
+    qint64 startTime = 0;
+    qint64 endTime = 0;
+    QList<stEpochDataSet> dataSets;
+    bool satelliteEnabled = true;
+    QMap<int, QPair<qint64, qint64>> eraseMarks;
+    QList<QBrush> brushes;
+    QPen markPen;
+    QPen rectPen;
+    QRect dragRect;
+};
+
+#endif // GNSSPLOT_EPOCHLABEL_P_H

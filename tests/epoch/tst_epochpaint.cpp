@@ -1,0 +1,219 @@
+// Pixels of the epoch bars, erase marks, drag outline and legend.
+#include "CurveGraphicsTableWidget_Epoch.h"
+#include "EpochLabel_p.h"
+#include "EpochPalette_p.h"
+#include "HeadLabel_p.h"
+#include "epoch/EpochTestSupport.h"
+
+#include <QPixmap>
+#include <QtTest>
+
+namespace {
+
+const QColor kBlue(0, 34, 255);
+const QColor kWhite(255, 255, 255);
+
+// Renders without the window background, so unpainted pixels stay white.
+QImage render(QWidget& widget, const QString& name)
+{
+    QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    saveImage(image, name);
+    return image;
+}
+
+} // namespace
+
+class tst_EpochPaint : public QObject
+{
+    Q_OBJECT
+private slots:
+    void bars_data();
+    void bars();
+    void bandRowsAndGrey();
+    void crossedMarkBox();
+    void dragOutlineOnEmptyRange();
+    void legendSwatches();
+    void pixmaps();
+};
+
+// On a 200 x 30 label: x positions of the bar line (y 6) that must be
+// filled, and that must stay white.
+void tst_EpochPaint::bars_data()
+{
+    QTest::addColumn<QList<EpochPair>>("ranges");
+    QTest::addColumn<qint64>("start");
+    QTest::addColumn<qint64>("end");
+    QTest::addColumn<QList<int>>("filled");
+    QTest::addColumn<QList<int>>("empty");
+
+    const auto row = [](const char* name, QList<EpochPair> ranges, qint64 start, qint64 end,
+                        QList<int> filled, QList<int> empty) {
+        QTest::newRow(name) << ranges << start << end << filled << empty;
+    };
+    row("stretches between and after pairs", {{0, 100}, {300, 50}}, 0, 1000,
+        {21, 40, 58, 71, 150, 199}, {0, 10, 18, 61, 65, 68});
+    row("touching pairs: 1-pixel sliver", {{0, 100}, {100, 50}}, 0, 1000, {20, 31, 199},
+        {19, 21, 25, 28});
+    row("no pairs: whole range", {}, 0, 1000, {0, 100, 199}, {});
+    row("overlapping pair adds nothing", {{0, 500}, {200, 100}}, 0, 1000, {61, 150}, {10, 58});
+    row("empty range", {}, 7, 7, {}, {0, 100, 199});
+    row("inverted range", {}, 1000, 0, {}, {0, 100, 199});
+    // The span does not fit in 64 bits; the pair ends at epoch -1, mid-range.
+    row("full qint64 range", {{kMin, kMax}}, kMin, kMax, {102, 150, 199}, {0, 50, 98});
+    row("pair end past qint64: no tail", {{5, kMax}}, 0, kMax, {}, {0, 100, 199});
+    row("stretch up to the last qint64", {{0, 10}, {kMax, kMax}}, 0, kMax, {1, 100, 199}, {});
+    row("pairs far outside the range", {{kMin, 1}, {kMax - 5, 1}}, -1000, 1000, {0, 100, 199},
+        {});
+}
+
+void tst_EpochPaint::bars()
+{
+    QFETCH(QList<EpochPair>, ranges);
+    QFETCH(qint64, start);
+    QFETCH(qint64, end);
+    QFETCH(QList<int>, filled);
+    QFETCH(QList<int>, empty);
+
+    stEpochDataSet set;
+    set.ranges = ranges;
+    EpochLabel label;
+    label.resize(200, 30);
+    label.setEpochData(start, end, {set}, true, {});
+    const QImage image =
+        render(label, QStringLiteral("bars-") + QLatin1String(QTest::currentDataTag()));
+    for (int x : filled)
+        QCOMPARE(pixelAt(image, x, 6), kBlue);
+    for (int x : empty)
+        QCOMPARE(pixelAt(image, x, 6), kWhite);
+    for (int x = 0; x < 200; x += 7) { // 4 pixels high from y 4
+        QCOMPARE(pixelAt(image, x, 3), kWhite);
+        QCOMPARE(pixelAt(image, x, 8), kWhite);
+    }
+}
+
+void tst_EpochPaint::bandRowsAndGrey()
+{
+    EpochLabel label;
+    label.resize(200, 30);
+    for (bool bEnabled : {true, false}) {
+        label.setEpochData(0, 1000, QVector<stEpochDataSet>(3).toList(), bEnabled, {});
+        const QImage image = render(label, bEnabled ? QStringLiteral("bands")
+                                                    : QStringLiteral("bands-grey"));
+        const QList<QColor>& palette = bEnabled ? epochColourPalette() : epochGreyPalette();
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(pixelAt(image, 100, 4 + 6 * i + 2), palette.at(i));
+            QCOMPARE(pixelAt(image, 100, 4 + 6 * i + 5), kWhite);
+        }
+    }
+    QCOMPARE(epochColourPalette().at(2), QColor(128, 0, 128));
+    QCOMPARE(epochGreyPalette().at(0), QColor(205, 205, 205));
+
+    // Hundreds of bands and marks at the qint64 limits: a brush per band,
+    // rows below the label cut.
+    QList<stEpochDataSet> many;
+    for (int i = 0; i < 400; ++i)
+        many.append(epochSet({{0, 10}, {kMax - 1, kMax}}));
+    label.setEpochData(kMin, kMax, many, true, {{0, {kMin, kMax}}, {1, {kMax, kMax}}});
+    QCOMPARE(label.getBrushes().size(), 400);
+    QVERIFY(epochColourPalette().size() >= 400 && epochGreyPalette().size() >= 400);
+    render(label, QStringLiteral("bands-400"));
+}
+
+void tst_EpochPaint::crossedMarkBox()
+{
+    EpochLabel label;
+    label.resize(200, 30);
+    label.setEpochData(0, 1000, {}, true, {{3, {250, 100}}});
+    const QImage image = render(label, QStringLiteral("mark"));
+    // Box x 50 to 70, y 2 to 26, 2-pixel pen (240, 135, 132, 100) on white,
+    // diagonals crossing at (60, 14).
+    const auto isMark = [&image](int x, int y) {
+        const QColor c = pixelAt(image, x, y);
+        return c.red() > 240 && c.green() > 180 && c.green() < 225 && c.blue() < 225;
+    };
+    QVERIFY(isMark(60, 1) && isMark(60, 26) && isMark(49, 14) && isMark(70, 14));
+    QVERIFY(isMark(59, 13));
+    for (const QPoint& p : {QPoint(53, 14), QPoint(45, 14), QPoint(75, 14), QPoint(60, 29)})
+        QCOMPARE(pixelAt(image, p.x(), p.y()), kWhite);
+}
+
+void tst_EpochPaint::dragOutlineOnEmptyRange()
+{
+    QWidget parent;
+    EpochLabel label;
+    label.setParent(&parent);
+    label.setGeometry(10, 50, 200, 30);
+    label.setEpochData(5, 5, {stEpochDataSet()}, true, {{0, {0, 10}}});
+    label.setDragRect(QRect(30, 55, 100, 20)); // parent coordinates
+    const QImage image = render(label, QStringLiteral("drag-outline"));
+    // Outlined at (20, 5) in the label; no bars, no marks.
+    QVERIFY(qGray(image.pixel(70, 5)) < 160 && qGray(image.pixel(20, 15)) < 160);
+    for (const QPoint& p : {QPoint(70, 15), QPoint(5, 6), QPoint(150, 6)})
+        QCOMPARE(pixelAt(image, p.x(), p.y()), kWhite);
+}
+
+void tst_EpochPaint::legendSwatches()
+{
+    HeadLabel head;
+    head.resize(600, 30);
+    const QImage image = render(head, QStringLiteral("legend"));
+    // Along y 6: runs of the first four palette colours, 40 pixels each from
+    // x 5, each followed by dark text up to the next.
+    const QList<QColor> colours{kBlue, QColor(0, 128, 0), QColor(128, 0, 128),
+                                QColor(154, 205, 50)};
+    QList<int> starts;
+    int x = 0;
+    for (const QColor& colour : colours) {
+        while (x < image.width() && pixelAt(image, x, 6) != colour)
+            ++x;
+        starts.append(x);
+        for (int k = 0; k < 40; ++k) { // y 5 to 7
+            QVERIFY(pixelAt(image, x + k, 5) == colour && pixelAt(image, x + k, 7) == colour);
+            QVERIFY(pixelAt(image, x + k, 4) == kWhite && pixelAt(image, x + k, 8) == kWhite);
+        }
+        x += 40;
+        QVERIFY(pixelAt(image, x, 6) != colour);
+        int darkest = 255;
+        for (int tx = x; tx < x + 30; ++tx) {
+            for (int ty = 2; ty < 20; ++ty)
+                darkest = qMin(darkest, qGray(image.pixel(tx, ty)));
+        }
+        QVERIFY(darkest < 100);
+    }
+    QCOMPARE(starts.first(), 5);
+}
+
+void tst_EpochPaint::pixmaps()
+{
+    QPixmap enabled(200, 30), absent(200, 30), untouched(200, 30), inverted(200, 30);
+    QPixmap nullPixmap;
+    for (QPixmap* p : {&enabled, &absent, &untouched, &inverted})
+        p->fill(Qt::white);
+    const EpochData data{{QStringLiteral("G01"), {epochSet({{0, 100}, {300, 50}})}},
+                         {QStringLiteral("G02"), {stEpochDataSet()}},
+                         {QStringLiteral("G03"), {stEpochDataSet()}},
+                         {QStringLiteral("G04"), {stEpochDataSet()}}};
+    const QMap<QString, bool> enabledMap{{QStringLiteral("G01"), true}};
+    const QMap<QString, QPixmap*> pixmaps{{QStringLiteral("G01"), &enabled},
+                                          {QStringLiteral("G02"), &absent},
+                                          {QStringLiteral("G03"), nullptr},
+                                          {QStringLiteral("G04"), &nullPixmap},
+                                          {QStringLiteral("G99"), &untouched}};
+    CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(0, 1000, data, enabledMap, pixmaps);
+    CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(
+        1000, 0, data, enabledMap, {{QStringLiteral("G01"), &inverted}});
+
+    const QImage on = enabled.toImage();
+    saveImage(on, QStringLiteral("pixmap"));
+    QCOMPARE(pixelAt(on, 40, 6), kBlue);
+    QCOMPARE(pixelAt(on, 10, 6), kWhite);
+    QCOMPARE(pixelAt(absent.toImage(), 100, 6), QColor(205, 205, 205)); // grey
+    QCOMPARE(pixelAt(untouched.toImage(), 100, 6), kWhite);
+    QCOMPARE(pixelAt(inverted.toImage(), 100, 6), kWhite);
+    QVERIFY(nullPixmap.isNull());
+}
+
+QTEST_MAIN(tst_EpochPaint)
+#include "tst_epochpaint.moc"
