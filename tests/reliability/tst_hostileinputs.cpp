@@ -109,7 +109,8 @@ void tst_HostileInputs::nonFiniteSamples()
     QCOMPARE(image.size(), view.size());
 
     QPixmap pixmap(300, 200);
-    CurveGraphicsScene::DrawXYCurveToPixmap(coord, curve(xs, ys), Qt::red, &pixmap);
+    QScopedPointer<Curve_DataSet_XY> alone(curve(xs, ys));
+    CurveGraphicsScene::DrawXYCurveToPixmap(coord, alone.data(), Qt::red, &pixmap);
 }
 
 void tst_HostileInputs::overflowingArea()
