@@ -114,6 +114,8 @@ DemoWindow::DemoWindow(QWidget* parent)
     m_table->setMinimumHeight(160);
     m_table->setFrameShape(QFrame::NoFrame);
     m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Cells are not for selecting: the mouse marks epochs.
+    m_table->setSelectionMode(QAbstractItemView::NoSelection);
 
     m_panel = new ReadbackPanel;
     m_panel->setFixedWidth(320);

@@ -69,6 +69,8 @@ ReadbackPanel::ReadbackPanel(QWidget* parent)
     marksLayout->addLayout(buttons);
     m_applyResult = new QLabel;
     m_applyResult->setWordWrap(true);
+    m_applyResult->setMinimumHeight(m_applyResult->fontMetrics().lineSpacing() * 3);
+    m_applyResult->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     marksLayout->addWidget(m_applyResult);
     layout->addWidget(marksBox, 1);
 
@@ -130,10 +132,11 @@ void ReadbackPanel::showMarks(const QMap<QString, QList<stEpochDataSet>>& marks,
     m_marksCount->setText(satellites == 0
                               ? tr("No marks (%1 actions). Drag over the bars to mark epochs.")
                                     .arg(actionCount)
-                              : tr("%1 marks on %2 satellites, %3 actions")
+                              : tr("%1 marks on %2 satellites, %3 %4")
                                     .arg(items.size())
                                     .arg(satellites)
-                                    .arg(actionCount));
+                                    .arg(actionCount)
+                                    .arg(actionCount == 1 ? tr("action") : tr("actions")));
     m_undo->setEnabled(actionCount > 0);
     m_clear->setEnabled(actionCount > 0);
 }

@@ -13,6 +13,22 @@
 
 using namespace gnssdemo;
 
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// The offscreen platform warns about every top-level window it cannot size
+// hint; in snapshot mode that is expected and only hides the summary.
+void quietOffscreen(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type == QtWarningMsg && text.contains(QLatin1String("propagateSizeHints")))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, text);
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     bool snapshot = false;
@@ -22,6 +38,8 @@ int main(int argc, char** argv)
     const bool platformGiven = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
     if (snapshot && !platformGiven)
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (snapshot)
+        previousHandler = qInstallMessageHandler(quietOffscreen);
     if (!snapshot && !platformGiven && qEnvironmentVariableIsEmpty("DISPLAY")
         && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         std::fputs("gnssplot-demo: no display (neither DISPLAY nor WAYLAND_DISPLAY is set).\n"
