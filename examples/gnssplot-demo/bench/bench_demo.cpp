@@ -122,6 +122,29 @@ void BM_WheelStep(benchmark::State& state)
 }
 BENCHMARK(BM_WheelStep)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
+// The paint alone, without a wheel step: what the wheel step costs beyond
+// it is the area change and the items' rebuild.
+void BM_ViewPaint(benchmark::State& state)
+{
+    const bool rinex = state.range(0) == 1;
+    if (rinex && !QFileInfo::exists(kAjac)) {
+        state.SkipWithError("AJAC file not found");
+        return;
+    }
+    DemoWindow window;
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    QString error;
+    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
+    if (!source || !window.load(std::move(source), &error))
+        return;
+    QImage frame(window.view()->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state)
+        paintView(window.view(), &frame);
+}
+BENCHMARK(BM_ViewPaint)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
 } // namespace
 
 int main(int argc, char** argv)
