@@ -232,8 +232,16 @@ bool DemoWindow::loadRinex(const QString& path, QString* error)
 
 bool DemoWindow::load(std::unique_ptr<ObservationSource> source, QString* error)
 {
+    if (!source) {
+        if (error)
+            *error = tr("No observations to load.");
+        return false;
+    }
     QElapsedTimer timer;
     timer.start();
+    // Painted at once: loading keeps the event loop busy for a moment.
+    statusBar()->showMessage(tr("Loading %1...").arg(source->description()));
+    statusBar()->repaint();
     CurveScene* curves = registry();
     if (!m_single.isEmpty())
         curves->setCurveSingleShow(m_single, false);
@@ -275,10 +283,12 @@ bool DemoWindow::load(std::unique_ptr<ObservationSource> source, QString* error)
         return true;
     });
     if (!publishError.isEmpty() || !read) {
+        statusBar()->clearMessage();
         if (error)
             *error = read ? publishError : tr("Out of memory while reading the observations.");
         return false;
     }
+    statusBar()->clearMessage();
     m_stats.curves = m_curves.size();
     m_table->setResources(m_doc->startTime(), m_doc->endTime(), epochData, enabled, {}, {});
     m_epochData = epochData;
