@@ -4,6 +4,7 @@
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
 
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
@@ -179,77 +180,194 @@ void CurveGraphicsItem_Curve_XY::setDataArea(double w, double h)
     update();
 }
 
+namespace {
+
+// Empties a run cache but keeps its lists and the runs' capacity, so that a
+// rebuild of data of the same shape allocates nothing.
+void resetRuns(QVector<QList<QPolygon>>& cache, int n)
+{
+    cache.resize(n);
+    for (QList<QPolygon>& runs : cache) {
+        for (QPolygon& run : runs)
+            run.resize(0);
+    }
+}
+
+// Drops the runs past the last one used by this rebuild.
+void trimRuns(QList<QPolygon>& runs, int used)
+{
+    while (runs.size() > used)
+        runs.removeLast();
+}
+
+// Appends to \a out the points of \a run that can change an opaque, aliased
+// drawing of it. Consecutive points with one x form a column; every segment
+// inside a column is vertical at that x, and together they cover every row
+// from the column's smallest to its largest y whatever their order. Which
+// rows a line rasteriser adds or leaves out at a segment's ends (the shared
+// end pixel of two segments, a pixel more or less where the direction turns)
+// reaches at most one row beyond those ends, so it can change the image only
+// next to the column's extreme rows. A column therefore keeps:
+// - its head and tail up to the second change of position, so that the
+//   segments entering and leaving it, their caps and joins, and the line
+//   state they hand on stay as they were (also where x goes backwards);
+// - every point within one row of the column's smallest or largest y, with
+//   its neighbours, so that each segment that reaches those rows is drawn
+//   from the very same points.
+// The points left out lie between kept points two rows or more inside the
+// extremes; the straight segment that replaces them covers rows that stay
+// covered anyway.
+void reduceRun(const QPolygon& run, QPolygon& out)
+{
+    const int n = run.size();
+    const QPoint* p = run.constData();
+    int begin = 0;
+    while (begin < n) {
+        const int x = p[begin].x();
+        int end = begin + 1;
+        int lo = p[begin].y();
+        int hi = lo;
+        while (end < n && p[end].x() == x) {
+            lo = std::min(lo, p[end].y());
+            hi = std::max(hi, p[end].y());
+            ++end;
+        }
+        if (end - begin <= 6) {
+            for (int i = begin; i < end; ++i)
+                out.append(p[i]);
+            begin = end;
+            continue;
+        }
+        // Head and tail: through the second point that differs from the one
+        // before it (repeated points draw nothing and hand the state on).
+        int head = begin;
+        for (int changes = 0; head + 1 < end && changes < 2; ++head)
+            changes += p[head + 1] != p[head] ? 1 : 0;
+        int tail = end - 1;
+        for (int changes = 0; tail - 1 > begin && changes < 2; --tail)
+            changes += p[tail - 1] != p[tail] ? 1 : 0;
+        const auto near = [p, lo, hi](int i) {
+            return p[i].y() - lo <= 1 || hi - p[i].y() <= 1;
+        };
+        bool nearPrev = false;
+        bool nearHere = near(begin);
+        for (int i = begin; i < end; ++i) {
+            const bool nearNext = i + 1 < end && near(i + 1);
+            if (i <= head || i >= tail || nearPrev || nearHere || nearNext)
+                out.append(p[i]);
+            nearPrev = nearHere;
+            nearHere = nearNext;
+        }
+        begin = end;
+    }
+}
+
+} // namespace
+
 void CurveGraphicsItem_Curve_XY::rebuildPolylines()
 {
-    m_polylines.clear();
     // Follow the base's binding, which moves to the registry's current
     // coordinate when the old one is replaced.
     m_coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
-    if (!m_coordXY || !m_dataSetXY)
+    const AxisData* xAxis = (m_coordXY && m_dataSetXY) ? m_dataSetXY->getAxisData(0) : nullptr;
+    const int n = xAxis ? m_dataSetXY->getAxisNum() - 1 : 0;
+    if (n < 1) {
+        m_polylines.clear();
+        m_reduced.clear();
         return;
-    const AxisData* xAxis = m_dataSetXY->getAxisData(0);
-    if (!xAxis)
-        return;
-    const int n = m_dataSetXY->getAxisNum() - 1;
-    if (n < 1)
-        return;
-    m_polylines.resize(n);
+    }
+    resetRuns(m_polylines, n);
+    resetRuns(m_reduced, n);
 
-    const QRectF rect = boundingRect();
     const qint64 xCount = xAxis->getArea(nullptr, nullptr);
     const double* xs = xAxis->getData(0, nullptr);
-    for (int k = 0; k < n; ++k) {
+    int k = 0;
+    for (; k < n; ++k) {
         const int userType = k + 1;
         const AxisData* yAxis = m_dataSetXY->getAxisData(userType);
         if (!yAxis)
-            return;
+            break;
         std::set<qint64> breaks;
         m_dataSetXY->getAxisBreakInfo(userType, breaks);
         qint64 count = std::min(xCount, yAxis->getArea(nullptr, nullptr));
         if (count < 1)
-            return;
+            break;
         count = std::min(count, kMaxSamples);
         const double* ys = yAxis->getData(0, nullptr);
         Q_ASSERT(xs && ys);
-
-        // The scratch only grows, so steady updates of the same size map
-        // without allocating.
-        if (m_pixelXs.size() < size_t(count)) {
-            m_pixelXs.resize(size_t(count));
-            m_pixelYs.resize(size_t(count));
-        }
-        m_coordXY->map(rect, count, xs, ys, m_pixelXs.data(), m_pixelYs.data(), m_yDown);
         breaks.insert(count - 1);
-        cutRuns(count, breaks, m_polylines[k]);
+        mapAndCut(count, xs, ys, breaks, m_polylines[k], m_reduced[k]);
+    }
+    // A missing or empty Y axis ends the rebuild: it and every later one
+    // keep no runs.
+    for (; k < n; ++k) {
+        m_polylines[k].clear();
+        m_reduced[k].clear();
     }
 }
 
-void CurveGraphicsItem_Curve_XY::cutRuns(qint64 count, const std::set<qint64>& breaks,
-                                         QList<QPolygon>& runs) const
+void CurveGraphicsItem_Curve_XY::mapAndCut(qint64 count, const double* xs, const double* ys,
+                                           const std::set<qint64>& breaks,
+                                           QList<QPolygon>& runs, QList<QPolygon>& reduced) const
 {
-    const double* px = m_pixelXs.data();
-    const double* py = m_pixelYs.data();
+    // One pass from samples to integer points, with the arithmetic of
+    // Curve_Coord_XY::map in the same order (subtract, divide by the range,
+    // multiply by the extent, offset), so every truncated pixel is the one
+    // that map() followed by truncation gives.
+    double xMin, xMax, yMin, yMax;
+    m_coordXY->getArea(xMin, xMax, yMin, yMax);
+    const QRectF rect = boundingRect();
+    const double left = rect.left();
+    const double top = rect.top();
+    const double bottom = rect.top() + rect.height();
+    const double width = rect.width();
+    const double height = rect.height();
+    const double rx = xMax - xMin;
+    const double ry = yMax - yMin;
+    const double yBase = m_yDown ? top : bottom;
+    const double ySign = m_yDown ? 1.0 : -1.0;
+    const double limit = kPixelLimit;
+
+    int used = 0;
     qint64 start = 0;
     for (const qint64 b : breaks) {
         // The Y axis may be longer than the X axis and carry breaks past the
         // last common sample; count - 1 is always in the set and ends the walk.
         if (b >= count)
             break;
-        runs.append(QPolygon());
-        QPolygon& run = runs.last();
-        run.reserve(int(b - start + 1));
+        if (runs.size() <= used)
+            runs.append(QPolygon());
+        QPolygon& run = runs[used];
+        const int needed = int(b - start + 1);
+        if (run.size() < needed)
+            run.resize(needed);
+        QPoint* out = run.data();
+        int m = 0;
         for (qint64 j = start; j <= b; ++j) {
+            const double px = ((xs[j] - xMin) / rx) * width + left;
+            // yBase + ySign * t is top + t or bottom - t exactly: multiplying
+            // by +-1 and adding a negated value round as the subtraction does.
+            const double py = yBase + ySign * (((ys[j] - yMin) / ry) * height);
             // A missing value leaves a gap in the samples but not in the run:
             // its neighbours are joined directly. A NaN X has no place on the
-            // axis and is dropped the same way.
-            if (std::isnan(py[j]) || std::isnan(px[j]))
+            // axis, nor has a value whose mapping overflowed; both are dropped
+            // the same way.
+            if (std::isnan(px) || std::isnan(py))
                 continue;
-            run.append(QPoint(toPixel(px[j]), toPixel(py[j])));
+            out[m++] = QPoint(int(std::min(std::max(px, -limit), limit)),
+                              int(std::min(std::max(py, -limit), limit)));
         }
-        if (run.isEmpty())
-            runs.removeLast();
+        run.resize(m);
         start = b + 1;
+        if (m == 0)
+            continue;
+        if (reduced.size() <= used)
+            reduced.append(QPolygon());
+        reduceRun(run, reduced[used]);
+        ++used;
     }
+    trimRuns(runs, used);
+    trimRuns(reduced, used);
 }
 
 void CurveGraphicsItem_Curve_XY::applyShowParam()
@@ -304,6 +422,36 @@ QRectF CurveGraphicsItem_Curve_XY::boundingRect() const
     return QRectF(0.0, -m_dataAreaHeight, m_dataAreaWidth, m_dataAreaHeight);
 }
 
+bool CurveGraphicsItem_Curve_XY::canDrawReduced(const QPainter* painter, const QPen& pen) const
+{
+    // The reduced runs cover the same pixels as the full ones; they give the
+    // same image only where a pixel's colour does not depend on how often or
+    // in which order it is covered within one run, and where the engine
+    // decides coverage per pixel:
+    // - a raster engine without antialiasing (a vector device such as a
+    //   printer records every segment; coverage would blend edges);
+    // - a plain scale and offset, so that a column stays a vertical line;
+    // - either a wide stroke, which Qt outlines and fills once as a whole, so
+    //   the union of the segments decides; or a one-pixel cosmetic line in an
+    //   opaque solid colour painted over the target, where a pixel drawn twice
+    //   looks as one drawn once.
+    if (!m_reducedDrawing || painter->testRenderHint(QPainter::Antialiasing))
+        return false;
+    const QPaintEngine* engine = painter->paintEngine();
+    if (!engine || engine->type() != QPaintEngine::Raster)
+        return false;
+    const QTransform transform = painter->deviceTransform();
+    if (transform.type() > QTransform::TxScale || pen.style() != Qt::SolidLine
+        || pen.brush().style() != Qt::SolidPattern)
+        return false;
+    const double scale = std::max(std::abs(transform.m11()), std::abs(transform.m22()));
+    const bool wide = !pen.isCosmetic() && pen.widthF() * scale > 1.0 + 1e-9;
+    if (wide)
+        return true;
+    return painter->compositionMode() == QPainter::CompositionMode_SourceOver
+           && pen.color().alpha() == 255 && transform.type() <= QTransform::TxTranslate;
+}
+
 void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
                                        QWidget*)
 {
@@ -332,7 +480,12 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 painter->drawPoints(run);
             continue;
         }
-        for (const QPolygon& run : runs) {
+        const QList<QPolygon>& reduced = m_reduced.at(k);
+        Q_ASSERT(reduced.size() == runs.size());
+        for (int r = 0; r < runs.size(); ++r) {
+            const QPolygon& run = runs.at(r);
+            // The width follows the full run's point count, also where fewer
+            // points are drawn.
             const int n = run.size();
             QPen pen = painter->pen();
             if (n == 1) {
@@ -341,10 +494,12 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 painter->drawPoints(run);
             } else {
                 // Long runs are drawn thinner so that dense data stays
-                // readable; no point is dropped.
+                // readable.
                 pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
                 painter->setPen(pen);
-                painter->drawPolyline(run);
+                const QPolygon& shown = reduced.at(r);
+                painter->drawPolyline(shown.size() < n && canDrawReduced(painter, pen) ? shown
+                                                                                         : run);
             }
         }
     }

@@ -13,12 +13,12 @@
 #include <QVector>
 
 #include <set>
-#include <vector>
 
 class Curve_Coord;
 class Curve_Coord_XY;
 class Curve_DataSet;
 class Curve_DataSet_XY;
+class QPainter;
 
 /*
     What every curve item needs: the registry, the coordinate, the curve's name
@@ -104,8 +104,16 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
                QWidget* widget) override;
 
-    // Read access for the scene and for tests.
+    // Read access for the scene and for tests. polylines() holds every point
+    // of every run; reducedPolylines() the same runs cut down to the points
+    // that can change the image of an opaque, aliased drawing (see paint()).
     const QVector<QList<QPolygon>>& polylines() const { return m_polylines; }
+    const QVector<QList<QPolygon>>& reducedPolylines() const { return m_reduced; }
+    // Lets tests draw every point even where the reduced runs would do.
+    void setReducedDrawingEnabled(bool bEnabled) { m_reducedDrawing = bEnabled; }
+    // Whether a polyline in \a pen is drawn from its reduced run on this
+    // painter: only where that gives the very same pixels.
+    bool canDrawReduced(const QPainter* painter, const QPen& pen) const;
     const QVector<QPen>& yPens() const { return m_yPens; }
     const QPen& pen() const { return m_pen; }
     ECurveShowCap showCap() const { return m_showCap; }
@@ -126,11 +134,17 @@ public:
 
 private:
     void recolourYPens(bool bSingle);
-    void cutRuns(qint64 count, const std::set<qint64>& breaks, QList<QPolygon>& runs) const;
+    void mapAndCut(qint64 count, const double* xs, const double* ys,
+                   const std::set<qint64>& breaks, QList<QPolygon>& runs,
+                   QList<QPolygon>& reduced) const;
 
     QPointer<Curve_Coord_XY> m_coordXY;
     QPointer<Curve_DataSet_XY> m_dataSetXY;
     QVector<QList<QPolygon>> m_polylines;
+    // Parallel to m_polylines, run for run; the point count of the full run
+    // still sets the line width.
+    QVector<QList<QPolygon>> m_reduced;
+    bool m_reducedDrawing = true;
     int m_dataAreaWidth;
     int m_dataAreaHeight;
     QPen m_pen;
@@ -138,10 +152,6 @@ private:
     ECurveShowCap m_showCap;
     QMap<QString, bool> m_visibleSelection;
     bool m_yDown;
-    // Mapping scratch, grown to the largest area seen and reused by every
-    // rebuild.
-    std::vector<double> m_pixelXs;
-    std::vector<double> m_pixelYs;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H

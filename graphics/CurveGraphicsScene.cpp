@@ -285,8 +285,14 @@ void CurveGraphicsScene::DrawXYCurveToPixmap(Curve_Coord_XY* coord, Curve_DataSe
 
     // Both items exist only for this call; while they do they are connected
     // to coord and dataSet like any frame and curve item.
+    // The frame is laid out in logical pixels; on a pixmap with a device
+    // pixel ratio the painter scales it up, so a HiDPI picture shows the same
+    // plot drawn sharper. At ratio 1 both sizes are the pixmap's own.
+    const qreal ratio = pixmap->devicePixelRatio();
+    const int logicalWidth = ratio == 1.0 ? pixmap->width() : qRound(pixmap->width() / ratio);
+    const int logicalHeight = ratio == 1.0 ? pixmap->height() : qRound(pixmap->height() / ratio);
     auto frame = std::make_unique<CurveGraphicsItem_Coord_PXPY>(coord, nullptr);
-    frame->setPixelSize(pixmap->width(), pixmap->height());
+    frame->setPixelSize(logicalWidth, logicalHeight);
     const TickLabels labels = makeTickLabels(*coord, kPixmapXTicks, kPixmapYTicks, QString());
     frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
 

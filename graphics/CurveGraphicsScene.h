@@ -75,7 +75,9 @@ public:
         clipped to the data area. Y labels are the bare numbers at 0, 0.5 and 1
         of the area, X labels the UTC times of day at sixths of it. Does
         nothing when \a coord, \a dataSet or \a pixmap is null; a null (empty)
-        pixmap gets nothing drawn. \a coord and \a dataSet are not changed. */
+        pixmap gets nothing drawn. \a coord and \a dataSet are not changed.
+        A pixmap with a device pixel ratio other than 1 is laid out at its
+        size in device-independent pixels and drawn at full resolution. */
     static void DrawXYCurveToPixmap(Curve_Coord_XY* coord, Curve_DataSet_XY* dataSet,
                                     const QColor& color, QPixmap* pixmap);
 

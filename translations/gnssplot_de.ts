@@ -4,7 +4,6 @@
 <context>
     <name>AxisData</name>
     <message>
-        <location filename="../model/AxisData.cpp" line="0"/>
         <source>Alloc memory failed.</source>
         <translation>Speicher konnte nicht reserviert werden.</translation>
     </message>
@@ -12,7 +11,6 @@
 <context>
     <name>CurveGraphicsScene</name>
     <message>
-        <location filename="../graphics/CurveGraphicsScene.cpp" line="0"/>
         <source>m</source>
         <translation>m</translation>
     </message>
@@ -20,12 +18,10 @@
 <context>
     <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
-        <location filename="../epoch/CurveGraphicsTableWidget_Epoch.cpp" line="0"/>
         <source>Satellite</source>
         <translation>Satellit</translation>
     </message>
     <message>
-        <location filename="../epoch/CurveGraphicsTableWidget_Epoch.cpp" line="0"/>
         <source>Remove the rect for erase.</source>
         <translation>Löschrechteck entfernen.</translation>
     </message>

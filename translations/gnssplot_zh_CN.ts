@@ -4,7 +4,6 @@
 <context>
     <name>AxisData</name>
     <message>
-        <location filename="../model/AxisData.cpp" line="0"/>
         <source>Alloc memory failed.</source>
         <translation>内存分配失败。</translation>
     </message>
@@ -12,7 +11,6 @@
 <context>
     <name>CurveGraphicsScene</name>
     <message>
-        <location filename="../graphics/CurveGraphicsScene.cpp" line="0"/>
         <source>m</source>
         <translation>米</translation>
     </message>
@@ -20,12 +18,10 @@
 <context>
     <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
-        <location filename="../epoch/CurveGraphicsTableWidget_Epoch.cpp" line="0"/>
         <source>Satellite</source>
         <translation>卫星</translation>
     </message>
     <message>
-        <location filename="../epoch/CurveGraphicsTableWidget_Epoch.cpp" line="0"/>
         <source>Remove the rect for erase.</source>
         <translation>删除此擦除框。</translation>
     </message>

@@ -2,6 +2,7 @@
 
 #include "ByteReader.h"
 #include "ReferenceModel.h"
+#include "TableSequence.h"
 
 #include "AxisData.h"
 #include "CurveGraphicsItem_Coord_p.h"
@@ -78,6 +79,7 @@ private:
     QStringList m_registryLog;
     DataSetSlot m_dataSets[kDataSetSlots];
     CoordSlot m_coords[kCoordSlots];
+    TableSequence m_table;
 };
 
 Runner::~Runner()
@@ -572,7 +574,7 @@ QString Runner::run(ApiSequenceStats* stats)
 
     for (int call = 0; call < kMaxCalls && !m_in.atEnd(); ++call) {
         QString failure;
-        switch (m_in.pick(5)) {
+        switch (m_in.pick(6)) {
         case 0:
         case 1: {
             const int slot = m_in.pick(kAxisSlots);
@@ -581,6 +583,9 @@ QString Runner::run(ApiSequenceStats* stats)
         }
         case 2:
             failure = graphicsStep();
+            break;
+        case 3:
+            failure = m_table.step(m_in);
             break;
         default:
             failure = registryStep();

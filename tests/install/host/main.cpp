@@ -2,12 +2,30 @@
 // and reads the limits back, all through the installed package.
 #include <gnssplot.h>
 
+#include <QCoreApplication>
+#include <QLocale>
 #include <QObject>
+#include <QTranslator>
 
 #include <cstdio>
 
-int main()
+int main(int argc, char** argv)
 {
+    QCoreApplication app(argc, argv);
+
+    // The catalogues travel inside the library.
+    QTranslator translator;
+    if (!translator.load(QLocale(QStringLiteral("de")), QStringLiteral("gnssplot"),
+                         QStringLiteral("_"), QStringLiteral(":/gnssplot/translations"))
+        || !app.installTranslator(&translator))
+        return 5;
+    AxisData refused;
+    refused.beginSetData();
+    QString error;
+    if (refused.allocData(-1, &error) || refused.allocData(qint64(1) << 62, &error)
+        || error != QStringLiteral("Speicher konnte nicht reserviert werden."))
+        return 6;
+
     int dataSignals = 0;
     Curve_DataSet_XY* dataSet = new Curve_DataSet_XY(1);
     QObject::connect(dataSet, &Curve_DataSet::sgAxisDataChanged,

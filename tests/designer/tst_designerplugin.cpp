@@ -1,0 +1,42 @@
+#include <QPluginLoader>
+#include <QtTest>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+
+#ifndef GNSSPLOT_DESIGNER_PLUGIN
+#define GNSSPLOT_DESIGNER_PLUGIN ""
+#endif
+
+// Loads the Designer plugin as Designer does and creates both widgets
+// through it.
+class tst_DesignerPlugin : public QObject
+{
+    Q_OBJECT
+private slots:
+    void createsBothWidgets();
+};
+
+void tst_DesignerPlugin::createsBothWidgets()
+{
+    QPluginLoader loader(QStringLiteral(GNSSPLOT_DESIGNER_PLUGIN));
+    QObject* instance = loader.instance();
+    QVERIFY2(instance, qPrintable(loader.errorString()));
+    auto* collection = qobject_cast<QDesignerCustomWidgetCollectionInterface*>(instance);
+    QVERIFY(collection);
+
+    QStringList names;
+    QWidget parent;
+    for (QDesignerCustomWidgetInterface* widget : collection->customWidgets()) {
+        names << widget->name();
+        QCOMPARE(widget->includeFile(), QStringLiteral("gnssplot.h"));
+        QVERIFY(widget->domXml().contains(QStringLiteral("class=\"%1\"").arg(widget->name())));
+        QWidget* created = widget->createWidget(&parent);
+        QVERIFY(created);
+        QCOMPARE(QString::fromLatin1(created->metaObject()->className()), widget->name());
+        QCOMPARE(created->parentWidget(), &parent);
+    }
+    QCOMPARE(names, (QStringList{QStringLiteral("CurveGraphicsView"),
+                                 QStringLiteral("CurveGraphicsTableWidget_Epoch")}));
+}
+
+QTEST_MAIN(tst_DesignerPlugin)
+#include "tst_designerplugin.moc"

@@ -1,0 +1,87 @@
+#include "AxisData.h"
+#include "CurveGraphicsItem_Coord_p.h"
+#include "CurveGraphicsTableWidget_Epoch.h"
+#include "CurveGraphicsView.h"
+#include "CurveScene.h"
+#include "Curve_Coord_XY.h"
+
+#include <QCheckBox>
+#include <QTranslator>
+#include <QtTest>
+
+#ifndef GNSSPLOT_QM_DIR
+#define GNSSPLOT_QM_DIR ""
+#endif
+
+// Loads every compiled catalogue the way a host does, with one QTranslator,
+// and checks that the widgets show the translated texts while the time
+// system and band names stay as they are.
+class tst_Translations : public QObject
+{
+    Q_OBJECT
+private slots:
+    void catalogue_data();
+    void catalogue();
+};
+
+void tst_Translations::catalogue_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("satellite");
+    QTest::addColumn<QString>("metre");
+    QTest::addColumn<QString>("allocFailed");
+    QTest::addColumn<QString>("removeMark");
+    QTest::newRow("zh_CN") << "zh_CN" << QString::fromUtf8("卫星") << QString::fromUtf8("米")
+                           << QString::fromUtf8("内存分配失败。")
+                           << QString::fromUtf8("删除此擦除框。");
+    QTest::newRow("de") << "de" << "Satellit" << "m"
+                        << "Speicher konnte nicht reserviert werden."
+                        << QString::fromUtf8("Löschrechteck entfernen.");
+}
+
+void tst_Translations::catalogue()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, satellite);
+    QFETCH(QString, metre);
+    QFETCH(QString, allocFailed);
+    QFETCH(QString, removeMark);
+
+    QTranslator translator;
+    QVERIFY2(translator.load(QLocale(locale), QStringLiteral("gnssplot"), QStringLiteral("_"),
+                             QStringLiteral(GNSSPLOT_QM_DIR)),
+             qPrintable(locale));
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+
+    CurveGraphicsTableWidget_Epoch table(nullptr);
+    auto* title = qobject_cast<QCheckBox*>(table.cellWidget(0, 0));
+    QVERIFY(title);
+    QCOMPARE(title->text(), satellite);
+    QCOMPARE(QCoreApplication::translate("CurveGraphicsTableWidget_Epoch",
+                                         "Remove the rect for erase."),
+             removeMark);
+
+    AxisData axis;
+    axis.beginSetData();
+    QString error;
+    QVERIFY(!axis.allocData(std::numeric_limits<qint64>::max(), &error));
+    QCOMPARE(error, allocFailed);
+
+    CurveGraphicsView view;
+    auto* coord = new Curve_Coord_XY;
+    view.getCurveScene()->setCoord(coord, true);
+    QVERIFY(coord->setArea(0, 86400000.0, -1, 1));
+    CurveGraphicsItem_Coord_PXPY* frame = nullptr;
+    for (QGraphicsItem* item : view.scene()->items()) {
+        if (!frame)
+            frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(item->toGraphicsObject());
+    }
+    QVERIFY(frame);
+    QCOMPARE(frame->yLabels().value(0.5), QStringLiteral("0.000") + metre);
+    QCOMPARE(frame->timeSystemText(), QStringLiteral("GPST"));
+
+    QVERIFY(QCoreApplication::removeTranslator(&translator));
+}
+
+QTEST_MAIN(tst_Translations)
+#include "tst_translations.moc"
