@@ -89,7 +89,7 @@ void tst_Availability::randomPresenceDrawsExactly()
             t += rng() % 20 == 0 ? 30000 * (2 + rng() % 5) : 30000; // a few holes
             present.push_back(rng() % 4 != 0 || (i > n / 3 && i < n / 2) ? 1 : 0);
         }
-        const EpochRanges r = availabilityRanges(epochs, 30000, present);
+        const stEpochDataSet r = availabilityRanges(epochs, 30000, present);
         qint64 start = 0, end = 0;
         tableTimeRange(epochs, 30000, &start, &end);
         QCOMPARE(end, epochs.back() + 30000);
@@ -116,7 +116,7 @@ void tst_Availability::bandsKeepTheirIndex()
     sat.bands[BandL5].reset(4);
     sat.bands[BandL1].pseudorange = {1.0, 2.0, 3.0, 4.0};
     sat.bands[BandL5].phase[2] = 10.0;
-    const QList<EpochRanges> bands = bandAvailability(sat, epochs, 1000);
+    const QList<stEpochDataSet> bands = bandAvailability(sat, epochs, 1000);
     QCOMPARE(bands.size(), 3); // up to the last band with data
     QCOMPARE(bands[0].ranges, (Pairs{{0, 0}}));
     QCOMPARE(bands[1].ranges, (Pairs{{0, 4000}}));

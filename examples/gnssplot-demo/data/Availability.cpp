@@ -13,9 +13,9 @@ namespace {
 
 // Walks the epochs with a presence test and emits the uncovered stretches.
 template <typename Present>
-EpochRanges rangesOf(const std::vector<qint64>& epochs, qint64 intervalMs, Present present)
+stEpochDataSet rangesOf(const std::vector<qint64>& epochs, qint64 intervalMs, Present present)
 {
-    EpochRanges out;
+    stEpochDataSet out;
     qint64 start = 0;
     qint64 end = 0;
     tableTimeRange(epochs, intervalMs, &start, &end);
@@ -47,21 +47,21 @@ EpochRanges rangesOf(const std::vector<qint64>& epochs, qint64 intervalMs, Prese
 
 } // namespace
 
-EpochRanges availabilityRanges(const std::vector<qint64>& epochs, qint64 intervalMs,
-                               const std::vector<quint8>& present)
+stEpochDataSet availabilityRanges(const std::vector<qint64>& epochs, qint64 intervalMs,
+                                  const std::vector<quint8>& present)
 {
     return rangesOf(epochs, intervalMs,
                     [&](size_t i) { return i < present.size() && present[i] != 0; });
 }
 
-QList<EpochRanges> bandAvailability(const SatelliteObservations& sat,
-                                    const std::vector<qint64>& epochs, qint64 intervalMs)
+QList<stEpochDataSet> bandAvailability(const SatelliteObservations& sat,
+                                       const std::vector<qint64>& epochs, qint64 intervalMs)
 {
     int last = -1;
     for (int b = 0; b < BandCount; ++b)
         if (!sat.bands[b].isEmpty())
             last = b;
-    QList<EpochRanges> out;
+    QList<stEpochDataSet> out;
     for (int b = 0; b <= last; ++b) {
         const SignalSeries& s = sat.bands[b];
         out.append(rangesOf(epochs, intervalMs,

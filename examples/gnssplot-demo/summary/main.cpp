@@ -92,7 +92,7 @@ int main(int argc, char** argv)
         lliBreaks += info.lliBreaks;
         jumpBreaks += info.phaseJumpBreaks;
         gapBreaks += info.gapBreaks;
-        const QList<EpochRanges> table = bandAvailability(sat, epochs, source->intervalMs());
+        const QList<stEpochDataSet> table = bandAvailability(sat, epochs, source->intervalMs());
         rows += table.isEmpty() ? 0 : 1;
         curves.push_back(std::move(curve));
         // Counting is the summary's own business, not part of loading.

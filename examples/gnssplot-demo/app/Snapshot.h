@@ -1,0 +1,24 @@
+#ifndef GNSSDEMO_SNAPSHOT_H
+#define GNSSDEMO_SNAPSHOT_H
+
+#include <QString>
+
+class QTextStream;
+
+namespace gnssdemo {
+
+class DemoWindow;
+
+/*!
+    Runs the round trip on a loaded, shown window and writes its pictures
+    into \a dir: the host hands the table erase marks on three satellites and
+    one unchecked satellite, reads them back, applies them, then saves
+    window.png, view.png, table.png, curve.png (DrawXYCurveToPixmap of a
+    marked satellite), bars.png (PaintAllLabelsToDevice) and summary.txt.
+    Prints where they are on \a out; returns the process exit code.
+*/
+int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextStream& err);
+
+} // namespace gnssdemo
+
+#endif // GNSSDEMO_SNAPSHOT_H

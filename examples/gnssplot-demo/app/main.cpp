@@ -1,0 +1,113 @@
+// The demo host application: multipath curves and the epoch table of the
+// built-in synthetic day or of a RINEX observation file.
+#include "DemoWindow.h"
+#include "ScriptReport.h"
+#include "Snapshot.h"
+#include "SyntheticSource.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QTextStream>
+
+#include <cstring>
+
+using namespace gnssdemo;
+
+namespace {
+
+QtMessageHandler previousHandler = nullptr;
+
+// The offscreen platform warns about every top-level window it cannot size
+// hint; in snapshot mode that is expected and only hides the summary.
+void quietOffscreen(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type == QtWarningMsg && text.contains(QLatin1String("propagateSizeHints")))
+        return;
+    if (previousHandler)
+        previousHandler(type, context, text);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    bool snapshot = false;
+    for (int i = 1; i < argc; ++i)
+        snapshot = snapshot || std::strcmp(argv[i], "--snapshot") == 0;
+    // Pictures need no screen: render offscreen unless told otherwise.
+    const bool platformGiven = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (snapshot && !platformGiven)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (snapshot)
+        previousHandler = qInstallMessageHandler(quietOffscreen);
+    if (!snapshot && !platformGiven && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        std::fputs("gnssplot-demo: no display (neither DISPLAY nor WAYLAND_DISPLAY is set).\n"
+                   "Run with --snapshot DIR to write the demo's pictures instead.\n",
+                   stderr);
+        return 2;
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("gnssplot-demo"));
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Shows code multipath curves and the epoch availability table of a GNSS day.\n"
+        "Without --rinex the built-in synthetic 1 Hz day is shown."));
+    parser.addHelpOption();
+    const QCommandLineOption rinex(QStringLiteral("rinex"),
+                                   QStringLiteral("RINEX observation file (2.xx or 3.xx, plain "
+                                                  "or gzip) to show."),
+                                   QStringLiteral("FILE"));
+    const QCommandLineOption snapshotDir(
+        QStringLiteral("snapshot"),
+        QStringLiteral("Render offscreen, write PNG pictures and summary.txt into DIR, exit."),
+        QStringLiteral("DIR"));
+    const QCommandLineOption size(QStringLiteral("size"),
+                                  QStringLiteral("Window size in pixels (default 1280x800)."),
+                                  QStringLiteral("WxH"), QStringLiteral("1280x800"));
+    const QCommandLineOption report(QStringLiteral("report"),
+                                    QStringLiteral("Print widget positions and what the host "
+                                                   "reads back on stdout, for scripted tests."));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QStringLiteral("With --report: save the screen to FILE "
+                                                       "after each Apply."),
+                                        QStringLiteral("FILE"));
+    parser.addOptions({rinex, snapshotDir, size, report, screenshot});
+    parser.process(app);
+    if (!parser.positionalArguments().isEmpty()) {
+        err << "gnssplot-demo: unexpected argument " << parser.positionalArguments().first()
+            << " (see --help)\n";
+        return 2;
+    }
+    const QStringList wh = parser.value(size).split(QLatin1Char('x'));
+    const int width = wh.size() == 2 ? wh[0].toInt() : 0;
+    const int height = wh.size() == 2 ? wh[1].toInt() : 0;
+    if (width < 640 || height < 400 || width > 8000 || height > 8000) {
+        err << "gnssplot-demo: --size wants WxH of at least 640x400\n";
+        return 2;
+    }
+
+    DemoWindow window;
+    window.resize(width, height);
+    if (parser.isSet(report))
+        new ScriptReport(&window, parser.value(screenshot));
+    // Shown first, so that the load time in the status bar includes the
+    // first paint of every curve.
+    window.show();
+    QApplication::processEvents();
+    QString error;
+    const bool ok = parser.isSet(rinex)
+                        ? window.loadRinex(parser.value(rinex), &error)
+                        : window.load(std::make_unique<SyntheticSource>(), &error);
+    if (!ok) {
+        err << "gnssplot-demo: " << error << "\n";
+        return 1;
+    }
+    if (parser.isSet(snapshotDir))
+        return runSnapshot(window, parser.value(snapshotDir), out, err);
+    return app.exec();
+}

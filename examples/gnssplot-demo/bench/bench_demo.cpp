@@ -1,0 +1,161 @@
+// Timings of the demo host on its real workloads: loading and showing a whole
+// day (the synthetic 1 Hz day and the 30 s AJAC file), and one wheel step
+// with every curve shown. Run offscreen; wall-clock milliseconds.
+#include "DemoWindow.h"
+#include "RinexReader.h"
+#include "SyntheticSource.h"
+
+#include <gnssplot.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <memory>
+
+using namespace gnssdemo;
+
+namespace {
+
+const QString kAjac = QStringLiteral(GNSSPLOT_TEST_DATA_DIR)
+                      + QStringLiteral("/AJAC00FRA_R_20242090000_01D_30S_MO.rnx.gz");
+
+// Paints the view's viewport the way the window system would ask for it.
+void paintView(CurveGraphicsView* view, QImage* target)
+{
+    QPainter painter(target);
+    view->viewport()->render(&painter);
+}
+
+std::unique_ptr<ObservationSource> makeSource(bool rinex, benchmark::State& state)
+{
+    if (!rinex)
+        return std::make_unique<SyntheticSource>();
+    QString error;
+    std::unique_ptr<ObservationSource> source = RinexReader::readFile(kAjac, &error);
+    if (!source)
+        state.SkipWithError(error.toUtf8().constData());
+    return source;
+}
+
+// From nothing to every curve and table row painted once: read (or
+// generate) the data, compute and publish the curves, fill the table,
+// paint the window. range(0): 0 synthetic day, 1 AJAC file.
+void BM_LoadAndShow(benchmark::State& state)
+{
+    const bool rinex = state.range(0) == 1;
+    if (rinex && !QFileInfo::exists(kAjac)) {
+        state.SkipWithError("AJAC file not found");
+        return;
+    }
+    DemoWindow window;
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    QImage frame(window.size(), QImage::Format_ARGB32_Premultiplied);
+    qint64 loadMs = 0;
+    for (auto _ : state) {
+        QElapsedTimer timer;
+        timer.start();
+        std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
+        if (!source)
+            return;
+        QString error;
+        if (!window.load(std::move(source), &error)) {
+            state.SkipWithError(error.toUtf8().constData());
+            return;
+        }
+        QPainter painter(&frame);
+        window.render(&painter);
+        painter.end();
+        state.SetIterationTime(double(timer.nsecsElapsed()) / 1e9);
+        loadMs = window.loadStats().loadMs;
+    }
+    state.counters["curves"] = window.loadStats().curves;
+    state.counters["samples"] = double(window.loadStats().multipathSamples);
+    state.counters["load_ms"] = double(loadMs);
+}
+BENCHMARK(BM_LoadAndShow)
+    ->ArgName("ajac")
+    ->Arg(0)
+    ->Arg(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+
+// One wheel step over the loaded view, then the repaint it asks for:
+// the Y range changes, every curve item rebuilds its polylines, and the view
+// is painted. Steps alternate in direction so the zoom stays in range.
+void BM_WheelStep(benchmark::State& state)
+{
+    const bool rinex = state.range(0) == 1;
+    if (rinex && !QFileInfo::exists(kAjac)) {
+        state.SkipWithError("AJAC file not found");
+        return;
+    }
+    DemoWindow window;
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    QString error;
+    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
+    if (!source || !window.load(std::move(source), &error))
+        return;
+    CurveGraphicsView* view = window.view();
+    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    const QPointF at(view->viewport()->width() / 2.0, view->viewport()->height() / 2.0);
+    int step = 0;
+    for (auto _ : state) {
+        const int delta = (step++ % 2 == 0) ? 120 : -120;
+        QWheelEvent wheel(at, view->viewport()->mapToGlobal(at.toPoint()), QPoint(),
+                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(view->viewport(), &wheel);
+        paintView(view, &frame);
+    }
+    state.counters["curves"] = window.loadStats().curves;
+}
+BENCHMARK(BM_WheelStep)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The paint alone, without a wheel step: what the wheel step costs beyond
+// it is the area change and the items' rebuild.
+void BM_ViewPaint(benchmark::State& state)
+{
+    const bool rinex = state.range(0) == 1;
+    if (rinex && !QFileInfo::exists(kAjac)) {
+        state.SkipWithError("AJAC file not found");
+        return;
+    }
+    DemoWindow window;
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    QString error;
+    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
+    if (!source || !window.load(std::move(source), &error))
+        return;
+    QImage frame(window.view()->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state)
+        paintView(window.view(), &frame);
+}
+BENCHMARK(BM_ViewPaint)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

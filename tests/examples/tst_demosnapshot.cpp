@@ -1,0 +1,230 @@
+// Runs the demo's --snapshot mode as a user would and checks what it wrote:
+// the pictures' sizes and colours and the summary, against counts made here
+// from the data layer and from the independent statistics of the shared files.
+#include "ObservationData.h"
+#include "SyntheticSource.h"
+
+#include <QtTest>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+#include <map>
+
+using namespace gnssdemo;
+
+namespace {
+
+const QString kDataDir = QStringLiteral(GNSSPLOT_TEST_DATA_DIR);
+
+struct Rgb
+{
+    int r, g, b;
+};
+
+// Number of pixels within \a tolerance of \a colour in every channel, alpha
+// ignored.
+int countColour(const QImage& image, Rgb colour, int tolerance)
+{
+    const QImage rgb = image.convertToFormat(QImage::Format_ARGB32);
+    int n = 0;
+    for (int y = 0; y < rgb.height(); ++y) {
+        const QRgb* line = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+        for (int x = 0; x < rgb.width(); ++x) {
+            if (qAlpha(line[x]) == 0)
+                continue;
+            if (std::abs(qRed(line[x]) - colour.r) <= tolerance
+                && std::abs(qGreen(line[x]) - colour.g) <= tolerance
+                && std::abs(qBlue(line[x]) - colour.b) <= tolerance)
+                ++n;
+        }
+    }
+    return n;
+}
+
+// A curve colour drawn at the live view's alpha of 128 over a background.
+Rgb halfOver(Rgb c, Rgb background)
+{
+    auto mix = [](int fg, int bg) { return (fg * 128 + bg * 127) / 255; };
+    return {mix(c.r, background.r), mix(c.g, background.g), mix(c.b, background.b)};
+}
+
+const Rgb kTint{255, 245, 239};
+const Rgb kWhite{255, 255, 255};
+const std::map<char, Rgb> kSystemColours{{'G', {31, 119, 180}}, {'R', {214, 39, 40}},
+                                         {'E', {44, 160, 44}},  {'C', {255, 127, 14}},
+                                         {'J', {148, 103, 189}}, {'S', {140, 86, 75}}};
+const Rgb kBandColours[] = {{0, 34, 255}, {0, 128, 0}, {128, 0, 128}, {154, 205, 50}};
+
+QString summaryLine(const QStringList& lines, const QString& prefix)
+{
+    for (const QString& line : lines) {
+        if (line.startsWith(prefix))
+            return line;
+    }
+    return QString();
+}
+
+} // namespace
+
+class tst_DemoSnapshot : public QObject
+{
+    Q_OBJECT
+private slots:
+    void snapshot_data();
+    void snapshot();
+};
+
+void tst_DemoSnapshot::snapshot_data()
+{
+    QTest::addColumn<QString>("rinex");
+    QTest::newRow("synthetic day") << QString();
+    QTest::newRow("GRAS 1 Hz file")
+        << kDataDir + QStringLiteral("/GRAS00FRA_R_20223151700_15M_01S_MO.rnx.gz");
+}
+
+void tst_DemoSnapshot::snapshot()
+{
+    QFETCH(QString, rinex);
+    if (!rinex.isEmpty() && !QFileInfo::exists(rinex))
+        QSKIP("shared data file not found");
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QStringList args{QStringLiteral("--snapshot"), dir.path()};
+    if (!rinex.isEmpty())
+        args << QStringLiteral("--rinex") << rinex;
+    QProcess demo;
+    demo.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    demo.start(QStringLiteral(GNSSPLOT_DEMO_EXE), args);
+    QVERIFY2(demo.waitForFinished(240000), "the demo did not finish");
+    QCOMPARE(demo.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(demo.exitCode(), 0);
+    const QByteArray printed = demo.readAllStandardOutput();
+    QVERIFY(printed.contains("pictures and summary written to"));
+
+    QFile file(dir.filePath(QStringLiteral("summary.txt")));
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+
+    // What the source holds, counted here.
+    QString expectedSatellites;
+    QString expectedEpochs;
+    std::map<char, int> systems;
+    if (rinex.isEmpty()) {
+        SyntheticSource source;
+        qint64 bands[BandCount] = {};
+        SatelliteObservations sat;
+        for (int i = 0; i < source.satelliteCount(); ++i) {
+            QVERIFY(source.satellite(i, sat));
+            ++systems[sat.system];
+            for (int b = 0; b < BandCount; ++b)
+                for (size_t e = 0; e < source.epochs().size(); ++e)
+                    bands[b] += sat.bands[b].hasObservation(e) ? 1 : 0;
+        }
+        for (int b = 0; b < BandCount; ++b) {
+            QCOMPARE(summaryLine(lines, QStringLiteral("  ") + bandName(b) + QLatin1Char(':')),
+                     QStringLiteral("  %1: %2").arg(bandName(b)).arg(bands[b]));
+        }
+        expectedEpochs = QStringLiteral("epochs: 86400 from 2024/07/27 00:00:00 to 2024/07/27 "
+                                        "23:59:59 GPST, interval 1000 ms");
+    } else {
+        QFile statsFile(rinex.left(rinex.size() - 3) + QStringLiteral(".stats.json"));
+        QVERIFY(statsFile.open(QIODevice::ReadOnly));
+        const QJsonObject stats = QJsonDocument::fromJson(statsFile.readAll()).object();
+        const QJsonObject perSystem = stats.value(QStringLiteral("sats_per_system")).toObject();
+        for (auto it = perSystem.begin(); it != perSystem.end(); ++it)
+            systems[it.key().at(0).toLatin1()] = it.value().toInt();
+        expectedEpochs = QStringLiteral("epochs: %1 from ")
+                             .arg(stats.value(QStringLiteral("epochs")).toInt());
+    }
+    int total = 0;
+    QStringList parts;
+    for (const auto& entry : systems) {
+        total += entry.second;
+        parts << QStringLiteral("%1 %2").arg(QLatin1Char(entry.first)).arg(entry.second);
+    }
+    expectedSatellites =
+        QStringLiteral("satellites: %1 (%2)").arg(total).arg(parts.join(QStringLiteral(", ")));
+    QCOMPARE(summaryLine(lines, QStringLiteral("satellites:")), expectedSatellites);
+    QVERIFY2(summaryLine(lines, QStringLiteral("epochs:")).startsWith(expectedEpochs),
+             qPrintable(summaryLine(lines, QStringLiteral("epochs:"))));
+
+    // The round trip: three marked satellites and one unchecked one read
+    // back, applied, and no curve sample left inside the marks.
+    QCOMPARE(summaryLine(lines, QStringLiteral("enabled satellites read back:"))
+                 .section(QLatin1Char('('), 0, 0),
+             QStringLiteral("enabled satellites read back: %1 of %2 ").arg(total - 1).arg(total));
+    QCOMPARE(summaryLine(lines, QStringLiteral("erase marks read back:")),
+             QStringLiteral("erase marks read back: 3 satellites, 3 actions"));
+    const int marksAt = lines.indexOf(QStringLiteral("erase marks read back: 3 satellites, "
+                                                     "3 actions"));
+    const QString interval = lines.value(marksAt + 1).section(QStringLiteral(": "), 1);
+    QVERIFY(!interval.isEmpty());
+    for (int k = 1; k <= 3; ++k)
+        QCOMPARE(lines.value(marksAt + k).section(QStringLiteral(": "), 1), interval);
+    const QString apply = summaryLine(lines, QStringLiteral("apply:"));
+    const QRegularExpression applyRe(QStringLiteral(
+        "^apply: 3 satellites recomputed, (\\d+) curve samples removed, 0 curve samples left "
+        "inside the marks, 1 curves hidden$"));
+    const QRegularExpressionMatch applyMatch = applyRe.match(apply);
+    QVERIFY2(applyMatch.hasMatch(), qPrintable(apply));
+    QVERIFY(applyMatch.captured(1).toLongLong() > 0);
+    const int applyAt = lines.indexOf(apply);
+    for (int k = 1; k <= 3; ++k) {
+        const QRegularExpressionMatch m =
+            QRegularExpression(QStringLiteral("^  \\w+: (\\d+) -> (\\d+) curve samples$"))
+                .match(lines.value(applyAt + k));
+        QVERIFY2(m.hasMatch(), qPrintable(lines.value(applyAt + k)));
+        QVERIFY(m.captured(2).toLongLong() < m.captured(1).toLongLong());
+    }
+
+    // Every picture exists with the size the summary gives.
+    const QString picturesLine = summaryLine(lines, QStringLiteral("pictures:"));
+    const QStringList words = picturesLine.mid(10).split(QLatin1Char(' '));
+    QCOMPARE(words.size(), 10);
+    QMap<QString, QImage> pictures;
+    for (int k = 0; k + 1 < words.size(); k += 2) {
+        QImage image(dir.filePath(words[k]));
+        QVERIFY2(!image.isNull(), qPrintable(words[k]));
+        QCOMPARE(QStringLiteral("%1x%2").arg(image.width()).arg(image.height()), words[k + 1]);
+        pictures.insert(words[k], image);
+    }
+    QCOMPARE(pictures.value(QStringLiteral("window.png")).size(), QSize(1280, 800));
+    QCOMPARE(pictures.value(QStringLiteral("curve.png")).size(), QSize(800, 540));
+
+    // Colours: the frame's tinted lower half in the view and the curve
+    // picture; every constellation's curves at half alpha in the view; the
+    // marked satellite's curve opaque in its picture; the band colours in
+    // the table and in the bars picture, and the grey of the unchecked one.
+    auto failed = [&](const QString& name) {
+        pictures.value(name).save(QDir::temp().filePath(QStringLiteral("tst_demosnapshot-")
+                                                        + name));
+        return qPrintable(name + QStringLiteral(" saved to the temporary folder"));
+    };
+    const QImage view = pictures.value(QStringLiteral("view.png"));
+    QVERIFY2(countColour(view, kTint, 0) > 1000, failed(QStringLiteral("view.png")));
+    for (const auto& entry : systems) {
+        const Rgb c = kSystemColours.at(entry.first);
+        const int n = countColour(view, halfOver(c, kWhite), 3)
+                      + countColour(view, halfOver(c, kTint), 3);
+        QVERIFY2(n > 20, failed(QStringLiteral("view.png")));
+    }
+    const QImage curve = pictures.value(QStringLiteral("curve.png"));
+    QVERIFY2(countColour(curve, kTint, 0) > 1000, failed(QStringLiteral("curve.png")));
+    const QString curveSatellite = summaryLine(lines, QStringLiteral("curve picture: ")).mid(15);
+    QVERIFY(!curveSatellite.isEmpty());
+    QVERIFY2(countColour(curve, kSystemColours.at(curveSatellite.at(0).toLatin1()), 0) > 200,
+             failed(QStringLiteral("curve.png")));
+    for (const QString& name : {QStringLiteral("table.png"), QStringLiteral("bars.png")}) {
+        for (int b = 0; b < 2; ++b) {
+            QVERIFY2(countColour(pictures.value(name), kBandColours[b], 0) > 100,
+                     failed(name));
+        }
+    }
+    QVERIFY2(countColour(pictures.value(QStringLiteral("bars.png")), {205, 205, 205}, 0) > 20,
+             failed(QStringLiteral("bars.png")));
+}
+
+QTEST_MAIN(tst_DemoSnapshot)
+#include "tst_demosnapshot.moc"
