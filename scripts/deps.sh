@@ -20,4 +20,4 @@ ensure_packages() {
 
 # Everything a build of the library, its tests and its demo needs.
 GNSSPLOT_BUILD_PACKAGES=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools
-    qttools5-dev zlib1g-dev fonts-dejavu-core xvfb xauth xdotool doxygen)
+    qttools5-dev zlib1g-dev fonts-dejavu-core fonts-wqy-microhei xvfb xauth xdotool doxygen)

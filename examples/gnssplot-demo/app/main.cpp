@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTextStream>
+#include <QTranslator>
 
 #include <cstring>
 
@@ -76,8 +77,22 @@ int main(int argc, char** argv)
                                         QStringLiteral("With --report: save the screen to FILE "
                                                        "after each Apply."),
                                         QStringLiteral("FILE"));
-    parser.addOptions({rinex, snapshotDir, size, report, screenshot});
+    const QCommandLineOption lang(QStringLiteral("lang"),
+                                  QStringLiteral("Language of the library's texts, e.g. zh_CN or "
+                                                 "de (default: the system's)."),
+                                  QStringLiteral("LOCALE"));
+    parser.addOptions({rinex, snapshotDir, size, report, screenshot, lang});
     parser.process(app);
+
+    // The library's catalogues travel inside it; one translator serves all.
+    QTranslator translator;
+    const QLocale locale = parser.isSet(lang) ? QLocale(parser.value(lang)) : QLocale();
+    if (translator.load(locale, QStringLiteral("gnssplot"), QStringLiteral("_"),
+                        QStringLiteral(":/gnssplot/translations")))
+        app.installTranslator(&translator);
+    else if (parser.isSet(lang))
+        err << "gnssplot-demo: no translation for " << parser.value(lang)
+            << "; the texts stay in English.\n";
     if (!parser.positionalArguments().isEmpty()) {
         err << "gnssplot-demo: unexpected argument " << parser.positionalArguments().first()
             << " (see --help)\n";
