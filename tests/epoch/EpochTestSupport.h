@@ -10,7 +10,6 @@
 #include <QImage>
 #include <QMap>
 
-#include <initializer_list>
 #include <limits>
 
 using EpochPair = QPair<qint64, qint64>;
@@ -18,13 +17,6 @@ using EpochMarks = QMap<int, EpochPair>;
 using EpochData = QMap<QString, QList<stEpochDataSet>>;
 constexpr qint64 kMin = std::numeric_limits<qint64>::min();
 constexpr qint64 kMax = std::numeric_limits<qint64>::max();
-
-inline stEpochDataSet epochSet(std::initializer_list<EpochPair> ranges)
-{
-    stEpochDataSet set;
-    set.ranges = QList<EpochPair>(ranges);
-    return set;
-}
 
 // Satellites "G01".."Gnn", each with `bands` data sets without pairs.
 inline EpochData epochSatellites(int count, int bands = 1)
@@ -36,11 +28,11 @@ inline EpochData epochSatellites(int count, int bands = 1)
     return data;
 }
 
-inline QMap<QString, bool> allEnabled(const EpochData& data, bool bEnabled = true)
+inline QMap<QString, bool> allEnabled(const EpochData& data)
 {
     QMap<QString, bool> map;
     for (const QString& name : data.keys())
-        map.insert(name, bEnabled);
+        map.insert(name, true);
     return map;
 }
 

@@ -44,6 +44,18 @@ inline Curve_DataSet_XY* makeDataSet(const QVector<QVector<double>>& ys)
     return dataSet;
 }
 
+// X 0..99; Y1 at \a high drops to \a low after a break at 29 and has an
+// all-NaN stretch 60..69 fenced by breaks; Y2 runs at \a second.
+inline Curve_DataSet_XY* brokenCurve(double high, double low, double second)
+{
+    QVector<double> y1(100, high);
+    y1[30] = low;
+    std::fill(y1.begin() + 60, y1.begin() + 70, NaN);
+    Curve_DataSet_XY* dataSet = makeDataSet({y1, QVector<double>(100, second)});
+    fillAxis(dataSet->getAxisData(1), y1, {29, 59, 69});
+    return dataSet;
+}
+
 template <class T>
 QList<T*> itemsOf(QGraphicsScene* scene)
 {
@@ -70,7 +82,6 @@ inline bool anyNear(const QImage& image, QPoint p, int radius,
 
 inline bool isBluish(QRgb c) { return qBlue(c) - qRed(c) > 80 && qBlue(c) - qGreen(c) > 80; }
 inline bool isRed(QRgb c) { return qAlpha(c) == 255 && qRed(c) > 200 && qGreen(c) < 60; }
-inline bool isDark(QRgb c) { return qAlpha(c) > 100 && qGray(c) < 160; }
 
 // Saves the image on failure, or always with GNSSPLOT_KEEP_IMAGES set.
 inline bool keep(bool ok, const QImage& image, const QString& name)
