@@ -43,6 +43,23 @@ std::unique_ptr<ObservationSource> makeSource(bool rinex, benchmark::State& stat
     return source;
 }
 
+// Shows the window with the day of range(0) loaded (0 synthetic, 1 AJAC);
+// false, with the benchmark skipped, when the data cannot be had.
+bool showLoaded(DemoWindow& window, benchmark::State& state)
+{
+    const bool rinex = state.range(0) == 1;
+    if (rinex && !QFileInfo::exists(kAjac)) {
+        state.SkipWithError("AJAC file not found");
+        return false;
+    }
+    window.resize(1280, 800);
+    window.show();
+    QApplication::processEvents();
+    QString error;
+    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
+    return source && window.load(std::move(source), &error);
+}
+
 // From nothing to every curve and table row painted once: read (or
 // generate) the data, compute and publish the curves, fill the table,
 // paint the window. range(0): 0 synthetic day, 1 AJAC file.
@@ -93,18 +110,8 @@ BENCHMARK(BM_LoadAndShow)
 // is painted. Steps alternate in direction so the zoom stays in range.
 void BM_WheelStep(benchmark::State& state)
 {
-    const bool rinex = state.range(0) == 1;
-    if (rinex && !QFileInfo::exists(kAjac)) {
-        state.SkipWithError("AJAC file not found");
-        return;
-    }
     DemoWindow window;
-    window.resize(1280, 800);
-    window.show();
-    QApplication::processEvents();
-    QString error;
-    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
-    if (!source || !window.load(std::move(source), &error))
+    if (!showLoaded(window, state))
         return;
     CurveGraphicsView* view = window.view();
     QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
@@ -126,18 +133,8 @@ BENCHMARK(BM_WheelStep)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMilli
 // it is the area change and the items' rebuild.
 void BM_ViewPaint(benchmark::State& state)
 {
-    const bool rinex = state.range(0) == 1;
-    if (rinex && !QFileInfo::exists(kAjac)) {
-        state.SkipWithError("AJAC file not found");
-        return;
-    }
     DemoWindow window;
-    window.resize(1280, 800);
-    window.show();
-    QApplication::processEvents();
-    QString error;
-    std::unique_ptr<ObservationSource> source = makeSource(rinex, state);
-    if (!source || !window.load(std::move(source), &error))
+    if (!showLoaded(window, state))
         return;
     QImage frame(window.view()->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state)
