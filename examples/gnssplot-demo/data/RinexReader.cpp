@@ -213,6 +213,9 @@ private:
     void readBodyV2();
     bool readEpochTime(const Line& l, bool v3, qint64* ms);
     void skipLines(int count, const char* what);
+    // Refuses an unknown epoch flag and skips the special records of an
+    // event (flags 2 to 5); true when the epoch was such an event.
+    bool skipEvent(qint64 line, int flag, int count);
     Line needLine(const char* what);
     SatStore& satellite(const Line& l, int col, qint64 line);
     int epochIndexFor(qint64 ms, qint64 line);
@@ -262,6 +265,16 @@ Line Parser::needLine(const char* what)
     if (!m_lines.next(l))
         fail(m_lines.number() + 1, QStringLiteral("file ends inside %1").arg(QLatin1String(what)));
     return l;
+}
+
+bool Parser::skipEvent(qint64 line, int flag, int count)
+{
+    if (flag > 6)
+        fail(line, QStringLiteral("unknown epoch flag %1").arg(flag));
+    if (flag < 2 || flag > 5)
+        return false;
+    skipLines(count, "an event record");
+    return true;
 }
 
 void Parser::skipLines(int count, const char* what)
@@ -498,12 +511,8 @@ void Parser::readBodyV3()
         int count = 0;
         if (!parseInt(l, 31, 1, &flag) || !parseInt(l, 32, 3, &count) || count < 0)
             fail(n, QStringLiteral("bad epoch line (flag or satellite count)"));
-        if (flag > 6)
-            fail(n, QStringLiteral("unknown epoch flag %1").arg(flag));
-        if (flag >= 2 && flag <= 5) {
-            skipLines(count, "an event record");
+        if (skipEvent(n, flag, count))
             continue;
-        }
         qint64 ms = 0;
         if (!readEpochTime(l, true, &ms))
             fail(n, QStringLiteral("bad epoch time"));
@@ -549,12 +558,8 @@ void Parser::readBodyV2()
         const int zero = 0;
         if (!parseInt(l, 28, 1, &flag, &zero) || !parseInt(l, 29, 3, &count) || count < 0)
             fail(n, QStringLiteral("bad epoch line (flag or satellite count)"));
-        if (flag > 6)
-            fail(n, QStringLiteral("unknown epoch flag %1").arg(flag));
-        if (flag >= 2 && flag <= 5) {
-            skipLines(count, "an event record");
+        if (skipEvent(n, flag, count))
             continue;
-        }
         qint64 ms = 0;
         if (!readEpochTime(l, false, &ms))
             fail(n, QStringLiteral("bad epoch time"));
