@@ -30,6 +30,10 @@ target_compile_definitions(gnssplot_objects PRIVATE GNSSPLOT_BUILD_LIBRARY
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(gnssplot_objects PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
 target_link_libraries(gnssplot_objects PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets)
+# The stroke model repeats Qt's floating-point steps and must round as they
+# do: no fused multiply-add, whatever the target machine offers.
+set_source_files_properties(${PROJECT_SOURCE_DIR}/graphics/StrokeReduction.cpp
+    PROPERTIES COMPILE_OPTIONS -ffp-contract=off)
 
 add_library(gnssplot SHARED $<TARGET_OBJECTS:gnssplot_objects>)
 add_library(GnssPlot::gnssplot ALIAS gnssplot)

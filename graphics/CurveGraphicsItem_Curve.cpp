@@ -278,6 +278,12 @@ void CurveGraphicsItem_Curve_XY::rebuildPolylines()
     }
     resetRuns(m_polylines, n);
     resetRuns(m_reduced, n);
+    // The strokes worked out for the old runs no longer apply; their
+    // buffers are kept for the new ones.
+    for (QVector<StrokedRun>& runs : m_stroked) {
+        for (StrokedRun& stroked : runs)
+            stroked.valid = false;
+    }
 
     const qint64 xCount = xAxis->getArea(nullptr, nullptr);
     const double* xs = xAxis->getData(0, nullptr);
@@ -452,6 +458,27 @@ bool CurveGraphicsItem_Curve_XY::canDrawReduced(const QPainter* painter, const Q
            && pen.color().alpha() == 255 && transform.type() <= QTransform::TxTranslate;
 }
 
+const QPolygon& CurveGraphicsItem_Curve_XY::pointsToDraw(int k, int r, const QPainter* painter,
+                                                         const QPen& pen)
+{
+    const QPolygon& run = m_polylines.at(k).at(r);
+    StrokeTarget target;
+    if (!m_reducedDrawing || !StrokeTarget::forPainter(painter, pen, &target))
+        return run;
+    if (m_stroked.size() != m_polylines.size())
+        m_stroked.resize(m_polylines.size());
+    QVector<StrokedRun>& runs = m_stroked[k];
+    if (runs.size() != m_polylines.at(k).size())
+        runs.resize(m_polylines.at(k).size());
+    StrokedRun& stroked = runs[r];
+    if (!stroked.valid || stroked.target != target) {
+        stroked.target = target;
+        stroked.reduced = reduceStroke(run, target, stroked.points);
+        stroked.valid = true;
+    }
+    return stroked.reduced ? stroked.points : run;
+}
+
 void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
                                        QWidget*)
 {
@@ -498,8 +525,9 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
                 painter->setPen(pen);
                 const QPolygon& shown = reduced.at(r);
-                painter->drawPolyline(shown.size() < n && canDrawReduced(painter, pen) ? shown
-                                                                                         : run);
+                painter->drawPolyline(shown.size() < n && canDrawReduced(painter, pen)
+                                          ? shown
+                                          : pointsToDraw(k, r, painter, pen));
             }
         }
     }

@@ -2,6 +2,7 @@
 #define GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H
 
 #include "CurveScene.h"
+#include "StrokeReduction_p.h"
 
 #include <QGraphicsObject>
 #include <QList>
@@ -114,6 +115,10 @@ public:
     // Whether a polyline in \a pen is drawn from its reduced run on this
     // painter: only where that gives the very same pixels.
     bool canDrawReduced(const QPainter* painter, const QPen& pen) const;
+    // The points of run \a r of Y index \a k that \a painter must draw with
+    // \a pen to give the pixels of the whole run; worked out on first use for
+    // a painter setup and kept until the next rebuild.
+    const QPolygon& pointsToDraw(int k, int r, const QPainter* painter, const QPen& pen);
     const QVector<QPen>& yPens() const { return m_yPens; }
     const QPen& pen() const { return m_pen; }
     ECurveShowCap showCap() const { return m_showCap; }
@@ -145,6 +150,16 @@ private:
     // still sets the line width.
     QVector<QList<QPolygon>> m_reduced;
     bool m_reducedDrawing = true;
+    // Per run, the points a translucent one-pixel stroke needs on the
+    // painter setup it was last worked out for.
+    struct StrokedRun
+    {
+        StrokeTarget target;
+        QPolygon points;
+        bool valid = false;
+        bool reduced = false;
+    };
+    QVector<QVector<StrokedRun>> m_stroked;
     int m_dataAreaWidth;
     int m_dataAreaHeight;
     QPen m_pen;

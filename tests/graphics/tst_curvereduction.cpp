@@ -5,6 +5,7 @@
 
 #include "CurveGraphicsItem_Curve_p.h"
 #include "Curve_Coord_XY.h"
+#include "StrokeReduction_p.h"
 
 #include <QPainter>
 #include <QRandomGenerator>
@@ -49,9 +50,10 @@ void fillData(Curve_DataSet_XY& dataSet, Shape shape, int n, quint32 seed)
 }
 
 QImage render(CurveGraphicsItem_Curve_XY& item, const QSize& size, const QTransform& transform,
-              bool bReduced, bool* usedReduced)
+              bool bReduced, bool* usedReduced,
+              QImage::Format format = QImage::Format_ARGB32_Premultiplied)
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(size, format);
     image.fill(QColor(255, 245, 239));
     QPainter painter(&image);
     painter.setTransform(transform);
@@ -74,6 +76,9 @@ class tst_CurveReduction : public QObject
 private slots:
     void samePixels_data();
     void samePixels();
+    void translucentSamePixels_data();
+    void translucentSamePixels();
+    void columnShortcut();
 };
 
 void tst_CurveReduction::samePixels_data()
@@ -151,6 +156,123 @@ void tst_CurveReduction::samePixels()
         every.save(name + QStringLiteral("_every.png"));
         QFAIL("the reduced runs draw other pixels");
     }
+}
+
+// Translucent one-pixel lines: each drawing every point and drawing the
+// points the stroke model keeps must agree to the pixel.
+void tst_CurveReduction::translucentSamePixels_data()
+{
+    QTest::addColumn<Shape>("shape");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QSize>("area");
+    QTest::addColumn<int>("alpha");
+    QTest::addColumn<QTransform>("transform");
+    QTest::addColumn<QImage::Format>("format");
+
+    const struct { const char* name; int alpha; QTransform transform; QImage::Format format; } setups[] = {
+        {"view", 128, QTransform(796.0 / 800, 0, 0, 536.0 / 540, 2, 2),
+         QImage::Format_ARGB32_Premultiplied},
+        {"plain rgb32", 128, QTransform(), QImage::Format_RGB32},
+        {"faint, halved", 40, QTransform(0.5, 0, 0, 0.5, 3.5, 1.25), QImage::Format_RGB32},
+        {"strong, offset", 220, QTransform::fromTranslate(0.4, 2.75),
+         QImage::Format_ARGB32_Premultiplied},
+        {"flipped", 128, QTransform(0.99, 0, 0, -0.97, 1, 130), QImage::Format_RGB32},
+    };
+    const char* shapes[] = {"noise", "smooth", "walk", "steps", "backward x", "sparse"};
+    const QSize areas[] = {QSize(120, 90), QSize(300, 200), QSize(720, 500)};
+    const int counts[] = {3000, 40000, 90000};
+    for (int s = 0; s < 6; ++s) {
+        for (int k = 0; k < 5; ++k) {
+            const QSize area = areas[(s + k) % 3];
+            const int count = counts[(2 * s + k) % 3];
+            QTest::addRow("%s %d in %dx%d, %s", shapes[s], count, area.width(), area.height(),
+                          setups[k].name)
+                << Shape(s) << count << area << setups[k].alpha << setups[k].transform
+                << setups[k].format;
+        }
+    }
+}
+
+void tst_CurveReduction::translucentSamePixels()
+{
+    QFETCH(Shape, shape);
+    QFETCH(int, count);
+    QFETCH(QSize, area);
+    QFETCH(int, alpha);
+    QFETCH(QTransform, transform);
+    QFETCH(QImage::Format, format);
+
+    Curve_Coord_XY coord;
+    QVERIFY(coord.setArea(0, 1000, -1, 1));
+    Curve_DataSet_XY dataSet(1);
+    fillData(dataSet, shape, count, quint32(count) * 7u + quint32(shape));
+    CurveGraphicsItem_Curve_XY item(nullptr, &coord, QString(), &dataSet, nullptr);
+    item.setPenColor(QColor(30, 160, 90, alpha));
+    item.setDataArea(area.width(), area.height());
+
+    const QSize size = transform.mapRect(QRect(QPoint(), area)).size() + QSize(8, 8);
+    bool unused = false;
+    const QImage every = render(item, size, transform, false, &unused, format);
+    const QImage reduced = render(item, size, transform, true, &unused, format);
+
+    QImage probe(size, format);
+    QPainter painter(&probe);
+    painter.setTransform(transform);
+    painter.translate(0, item.boundingRect().height());
+    QPen pen = item.pen();
+    pen.setWidthF(1.0);
+    int full = 0;
+    int drawn = 0;
+    for (int r = 0; r < item.polylines().at(0).size(); ++r) {
+        full += item.polylines().at(0).at(r).size();
+        drawn += item.pointsToDraw(0, r, &painter, pen).size();
+    }
+    // Dense noise in the live view's setup must actually lose points.
+    if (shape == Shape::Noise && alpha == 128 && transform.m22() > 0 && count / area.width() >= 100)
+        QVERIFY2(drawn * 10 < full * 8, qPrintable(QStringLiteral("%1 of %2").arg(drawn).arg(full)));
+
+    if (reduced != every) {
+        const QString name = QStringLiteral("/tmp/tst_curvereduction_%1")
+                                 .arg(QString::fromLatin1(QTest::currentDataTag())
+                                          .replace(QLatin1Char(' '), QLatin1Char('_')));
+        reduced.save(name + QStringLiteral("_reduced.png"));
+        every.save(name + QStringLiteral("_every.png"));
+        QFAIL("the stroke model's points draw other pixels");
+    }
+}
+
+// The in-column shortcut of the stroke model must agree with the general
+// segment step wherever its preconditions hold.
+void tst_CurveReduction::columnShortcut()
+{
+    QRandomGenerator rng(2026);
+    const StrokeModel model(64, 64);
+    int compared = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const double x = 10.0 + rng.bounded(640) / 64.0;
+        StrokeModel::State state;
+        state.lastX = int(x * 64.) >> 6;
+        state.lastY = int(rng.bounded(70)) - 3;
+        state.lastDir = rng.bounded(2) ? StrokeModel::TopToBottom : StrokeModel::BottomToTop;
+        state.lastAxisAligned = true;
+        const double y1 = rng.bounded(66.0) - 1.0;
+        const double y2 = rng.bounded(8) == 0 ? y1 + rng.bounded(0.05) : rng.bounded(66.0) - 1.0;
+        if (!model.inColumn(state, x, y1, y2, state.lastX))
+            continue;
+        std::vector<int> generalRows(80, 0), shortcutRows(80, 0);
+        StrokeModel::ColumnCounter general{state.lastX, -8, &generalRows, false};
+        StrokeModel::ColumnCounter shortcut{state.lastX, -8, &shortcutRows, false};
+        StrokeModel::State a = state;
+        StrokeModel::State b = state;
+        const bool movedA = model.stroke(a, x, y1, x, y2, StrokeModel::NoCaps, &general);
+        const bool movedB = model.strokeInColumn(b, y1, y2, shortcut);
+        QCOMPARE(movedB, movedA);
+        QVERIFY(a == b);
+        QCOMPARE(shortcut.stray, general.stray);
+        QCOMPARE(shortcutRows, generalRows);
+        ++compared;
+    }
+    QVERIFY(compared > 15000);
 }
 
 QTEST_MAIN(tst_CurveReduction)
