@@ -273,16 +273,14 @@ void CurveGraphicsItem_Curve_XY::rebuildPolylines()
     const int n = xAxis ? m_dataSetXY->getAxisNum() - 1 : 0;
     if (n < 1) {
         m_polylines.clear();
-        m_reduced.clear();
         return;
     }
     resetRuns(m_polylines, n);
-    resetRuns(m_reduced, n);
-    // The strokes worked out for the old runs no longer apply; their
+    // The points worked out for the old runs no longer apply; their
     // buffers are kept for the new ones.
-    for (QVector<StrokedRun>& runs : m_stroked) {
-        for (StrokedRun& stroked : runs)
-            stroked.valid = false;
+    for (QVector<DrawnRun>& runs : m_drawn) {
+        for (DrawnRun& drawn : runs)
+            drawn.mode = DrawnRun::Unknown;
     }
 
     const qint64 xCount = xAxis->getArea(nullptr, nullptr);
@@ -302,19 +300,17 @@ void CurveGraphicsItem_Curve_XY::rebuildPolylines()
         const double* ys = yAxis->getData(0, nullptr);
         Q_ASSERT(xs && ys);
         breaks.insert(count - 1);
-        mapAndCut(count, xs, ys, breaks, m_polylines[k], m_reduced[k]);
+        mapAndCut(count, xs, ys, breaks, m_polylines[k]);
     }
     // A missing or empty Y axis ends the rebuild: it and every later one
     // keep no runs.
-    for (; k < n; ++k) {
+    for (; k < n; ++k)
         m_polylines[k].clear();
-        m_reduced[k].clear();
-    }
 }
 
 void CurveGraphicsItem_Curve_XY::mapAndCut(qint64 count, const double* xs, const double* ys,
                                            const std::set<qint64>& breaks,
-                                           QList<QPolygon>& runs, QList<QPolygon>& reduced) const
+                                           QList<QPolygon>& runs) const
 {
     // One pass from samples to integer points, with the arithmetic of
     // Curve_Coord_XY::map in the same order (subtract, divide by the range,
@@ -365,15 +361,10 @@ void CurveGraphicsItem_Curve_XY::mapAndCut(qint64 count, const double* xs, const
         }
         run.resize(m);
         start = b + 1;
-        if (m == 0)
-            continue;
-        if (reduced.size() <= used)
-            reduced.append(QPolygon());
-        reduceRun(run, reduced[used]);
-        ++used;
+        if (m > 0)
+            ++used;
     }
     trimRuns(runs, used);
-    trimRuns(reduced, used);
 }
 
 void CurveGraphicsItem_Curve_XY::applyShowParam()
@@ -462,21 +453,34 @@ const QPolygon& CurveGraphicsItem_Curve_XY::pointsToDraw(int k, int r, const QPa
                                                          const QPen& pen)
 {
     const QPolygon& run = m_polylines.at(k).at(r);
-    StrokeTarget target;
-    if (!m_reducedDrawing || !StrokeTarget::forPainter(painter, pen, &target))
+    if (!m_reducedDrawing)
         return run;
-    if (m_stroked.size() != m_polylines.size())
-        m_stroked.resize(m_polylines.size());
-    QVector<StrokedRun>& runs = m_stroked[k];
+    StrokeTarget target;
+    DrawnRun::Mode mode = DrawnRun::Every;
+    if (canDrawReduced(painter, pen))
+        mode = DrawnRun::Columns;
+    else if (StrokeTarget::forPainter(painter, pen, &target))
+        mode = DrawnRun::Stroke;
+    if (mode == DrawnRun::Every)
+        return run;
+    if (m_drawn.size() != m_polylines.size())
+        m_drawn.resize(m_polylines.size());
+    QVector<DrawnRun>& runs = m_drawn[k];
     if (runs.size() != m_polylines.at(k).size())
         runs.resize(m_polylines.at(k).size());
-    StrokedRun& stroked = runs[r];
-    if (!stroked.valid || stroked.target != target) {
-        stroked.target = target;
-        stroked.reduced = reduceStroke(run, target, stroked.points);
-        stroked.valid = true;
+    DrawnRun& drawn = runs[r];
+    if (drawn.mode != mode || (mode == DrawnRun::Stroke && drawn.target != target)) {
+        drawn.mode = mode;
+        drawn.target = target;
+        if (mode == DrawnRun::Columns) {
+            drawn.points.clear();
+            reduceRun(run, drawn.points);
+            drawn.reduced = drawn.points.size() < run.size();
+        } else {
+            drawn.reduced = reduceStroke(run, target, drawn.points);
+        }
     }
-    return stroked.reduced ? stroked.points : run;
+    return drawn.reduced ? drawn.points : run;
 }
 
 void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
@@ -507,8 +511,6 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 painter->drawPoints(run);
             continue;
         }
-        const QList<QPolygon>& reduced = m_reduced.at(k);
-        Q_ASSERT(reduced.size() == runs.size());
         for (int r = 0; r < runs.size(); ++r) {
             const QPolygon& run = runs.at(r);
             // The width follows the full run's point count, also where fewer
@@ -524,10 +526,7 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 // readable.
                 pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
                 painter->setPen(pen);
-                const QPolygon& shown = reduced.at(r);
-                painter->drawPolyline(shown.size() < n && canDrawReduced(painter, pen)
-                                          ? shown
-                                          : pointsToDraw(k, r, painter, pen));
+                painter->drawPolyline(pointsToDraw(k, r, painter, pen));
             }
         }
     }

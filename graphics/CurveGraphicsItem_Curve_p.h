@@ -105,15 +105,13 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
                QWidget* widget) override;
 
-    // Read access for the scene and for tests. polylines() holds every point
-    // of every run; reducedPolylines() the same runs cut down to the points
-    // that can change the image of an opaque, aliased drawing (see paint()).
+    // Read access for the scene and for tests: every point of every run.
     const QVector<QList<QPolygon>>& polylines() const { return m_polylines; }
-    const QVector<QList<QPolygon>>& reducedPolylines() const { return m_reduced; }
-    // Lets tests draw every point even where the reduced runs would do.
+    // Lets tests draw every point even where fewer would do.
     void setReducedDrawingEnabled(bool bEnabled) { m_reducedDrawing = bEnabled; }
-    // Whether a polyline in \a pen is drawn from its reduced run on this
-    // painter: only where that gives the very same pixels.
+    // Whether a polyline in \a pen may be drawn from its per-column copy
+    // (first, extremes, last) on this painter: only where that gives the
+    // very same pixels.
     bool canDrawReduced(const QPainter* painter, const QPen& pen) const;
     // The points of run \a r of Y index \a k that \a painter must draw with
     // \a pen to give the pixels of the whole run; worked out on first use for
@@ -140,26 +138,24 @@ public:
 private:
     void recolourYPens(bool bSingle);
     void mapAndCut(qint64 count, const double* xs, const double* ys,
-                   const std::set<qint64>& breaks, QList<QPolygon>& runs,
-                   QList<QPolygon>& reduced) const;
+                   const std::set<qint64>& breaks, QList<QPolygon>& runs) const;
 
     QPointer<Curve_Coord_XY> m_coordXY;
     QPointer<Curve_DataSet_XY> m_dataSetXY;
     QVector<QList<QPolygon>> m_polylines;
-    // Parallel to m_polylines, run for run; the point count of the full run
-    // still sets the line width.
-    QVector<QList<QPolygon>> m_reduced;
     bool m_reducedDrawing = true;
-    // Per run, the points a translucent one-pixel stroke needs on the
-    // painter setup it was last worked out for.
-    struct StrokedRun
+    // Per run, the points drawn in its place on the painter setup they were
+    // last worked out for (see pointsToDraw()). The full run's point count
+    // still sets the line width.
+    struct DrawnRun
     {
-        StrokeTarget target;
+        enum Mode { Unknown, Every, Columns, Stroke };
+        Mode mode = Unknown;
+        StrokeTarget target;  // for Stroke
         QPolygon points;
-        bool valid = false;
-        bool reduced = false;
+        bool reduced = false;  // points holds fewer points than the run
     };
-    QVector<QVector<StrokedRun>> m_stroked;
+    QVector<QVector<DrawnRun>> m_drawn;
     int m_dataAreaWidth;
     int m_dataAreaHeight;
     QPen m_pen;
