@@ -675,13 +675,17 @@ bool Reducer::proposeColumn(int first, int last, int firstRow)
             const int rc = rowIndex(m_stack[top - 2]);
             const int from = std::max(std::min(rb, rc) - 2, 0);
             const int to = std::min(std::max(rb, rc) + 2, rows - 1);
-            bool room = true;
-            for (int r = from; room && r <= to; ++r)
-                room = counts[size_t(r)] >= settled + 2;
-            if (!room)
+            // Branch-free scans: these ranges are short and the loops run
+            // for nearly every turning point.
+            int* range = counts.data() + from;
+            const int length = to - from + 1;
+            int least = INT_MAX;
+            for (int r = 0; r < length; ++r)
+                least = std::min(least, range[r]);
+            if (least < settled + 2)
                 break;
-            for (int r = from; r <= to; ++r)
-                counts[size_t(r)] -= 2;
+            for (int r = 0; r < length; ++r)
+                range[r] -= 2;
             m_stack.erase(m_stack.end() - 3, m_stack.end() - 1);
         }
     }
