@@ -1,15 +1,17 @@
+#include "graphics/graphicstestsupport.h"
+
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
-#include "Curve_DataSet_XY.h"
 
 #include <QPointer>
 #include <QSignalSpy>
 #include <QtTest>
 
-// Results, signals, ownership and area limits of random call sequences are
-// compared with a reference model in tests/fuzz; these cases add what that
-// model cannot see: what a receiver finds while a signal is delivered, and
-// what the registry frees when it goes itself.
+// Results, signals and ownership of random call sequences are compared with
+// a reference model in tests/fuzz; these cases add what that model cannot
+// see: what a receiver finds while a signal is delivered, what the registry
+// frees when it goes itself, and area limits over curves with data, which
+// random sequences hardly ever build.
 class tst_CurveScene : public QObject
 {
     Q_OBJECT
@@ -17,6 +19,7 @@ private slots:
     void ownership_data();
     void ownership();
     void coordOwnership();
+    void areaLimits();
 };
 
 void tst_CurveScene::ownership_data()
@@ -86,6 +89,30 @@ void tst_CurveScene::coordOwnership()
     owning->setCoord(d, true);
     delete owning;
     QVERIFY(d.isNull());
+}
+
+void tst_CurveScene::areaLimits()
+{
+    CurveScene scene;
+    scene.addCurve(QStringLiteral("b"), gt::makeDataSet({1, 2, 3}, {{5, gt::NaN, -1}}), true,
+                   Qt::red, ECurveShowCap_Line, false); // hidden curves count
+    double x0, x1, y0, y1;
+    QVERIFY(scene.getAreaLimits(x0, x1, y0, y1));
+    QCOMPARE(QList<double>({x0, x1, y0, y1}), QList<double>({1, 3, -1, 5}));
+
+    // Y axes without values are skipped; X limits fold across curves.
+    scene.addCurve(QStringLiteral("a"), gt::makeDataSet({-4, 0}, {{}, {gt::NaN, 9}}), true,
+                   Qt::red, ECurveShowCap_Line, true);
+    QVERIFY(scene.getAreaLimits(x0, x1, y0, y1));
+    QCOMPARE(QList<double>({x0, x1, y0, y1}), QList<double>({-4, 3, -1, 9}));
+
+    // No Y value anywhere: true with the untouched extremes.
+    CurveScene noY;
+    noY.addCurve(QStringLiteral("x"), gt::makeDataSet({1, 2}, {{}}), true, Qt::red,
+                 ECurveShowCap_Line, true);
+    QVERIFY(noY.getAreaLimits(x0, x1, y0, y1));
+    QCOMPARE(y0, std::numeric_limits<double>::max());
+    QCOMPARE(y1, -std::numeric_limits<double>::max());
 }
 
 QTEST_GUILESS_MAIN(tst_CurveScene)
