@@ -1,4 +1,6 @@
-// Preloaded marks and satellite selection of the epoch table.
+// Preloaded marks and satellite selection of the epoch table. Action
+// counts, silence of setResources and one signal per check-box click are
+// checked call by call in tests/fuzz.
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "EpochLabel_p.h"
 #include "epoch/EpochTestSupport.h"
@@ -31,7 +33,6 @@ private slots:
 void tst_EpochTable::preloadedMarksAreActions()
 {
     CurveGraphicsTableWidget_Epoch table(nullptr);
-    QSignalSpy spy(&table, &CurveGraphicsTableWidget_Epoch::sgEraseMarksChanged);
     const EpochData data = epochSatellites(3);
     const QMap<QString, QList<EpochPair>> preload{{QStringLiteral("G02"), {{30, 3}, {10, 1}}},
                                                   {QStringLiteral("G01"), {{5, 5}, {1, 1}}},
@@ -48,17 +49,11 @@ void tst_EpochTable::preloadedMarksAreActions()
                                            QStringLiteral("G03"), QStringLiteral("keep")}));
     QCOMPARE(readBack.value(QStringLiteral("G02")).value(0).ranges,
              QList<EpochPair>({{30, 3}, {10, 1}}));
-
-    // The next setResources numbers from 0 again, silently.
-    table.setResources(0, 100, data, allEnabled(data), {}, {{QStringLiteral("G03"), {{9, 9}}}});
-    QCOMPARE(labelAt(table, 3)->getEraseMarks(), (EpochMarks{{0, {9, 9}}}));
-    QCOMPARE(spy.count(), 0);
 }
 
 void tst_EpochTable::selection()
 {
     CurveGraphicsTableWidget_Epoch table(nullptr);
-    QSignalSpy spy(&table, &CurveGraphicsTableWidget_Epoch::sgStateliteSelection);
     QCheckBox* title = boxAt(table, 0);
 
     QMap<QString, bool> selection{{QStringLiteral("keep"), true}};
@@ -69,19 +64,15 @@ void tst_EpochTable::selection()
                                              {QStringLiteral("G01"), true},
                                              {QStringLiteral("G02"), false},
                                              {QStringLiteral("G03"), true}}));
-    // The title clears every row and signals once.
+    // The title clears every row.
     title->click();
-    QCOMPARE(spy.count(), 1);
     table.getStateliteEnabled(selection);
     for (const QString& name : data.keys())
         QVERIFY(!selection.value(name));
 
-    // A row click signals once and leaves the title alone, even when no row
-    // stays checked.
+    // A row click leaves the title alone, even when no row stays checked.
     boxAt(table, 2)->setChecked(true);
-    spy.clear();
     boxAt(table, 2)->click();
-    QCOMPARE(spy.count(), 1);
     QVERIFY(!title->isChecked());
 }
 

@@ -64,7 +64,7 @@ private:
     QString checkAxis(const AxisData* axis, const RefAxis& ref, const QString& where) const;
     QString checkRegistry() const;
     QString checkSignals(QStringList& actual, const QStringList& expected, const QString& what);
-    void watchAxis(AxisData* axis);
+    void watchAxis(AxisData* axis, QObject* context);
     void watchRegistry();
 
     ByteReader m_in;
@@ -92,10 +92,13 @@ Runner::~Runner()
         delete slot.object.data();
 }
 
-void Runner::watchAxis(AxisData* axis)
+// Logs the axis's signals for as long as \a context lives.
+void Runner::watchAxis(AxisData* axis, QObject* context)
 {
-    QObject::connect(axis, &AxisData::sgAreaChanged, [this] { m_axisLog << QStringLiteral("area"); });
-    QObject::connect(axis, &AxisData::sgDataChanged, [this] { m_axisLog << QStringLiteral("data"); });
+    QObject::connect(axis, &AxisData::sgAreaChanged, context,
+                     [this] { m_axisLog << QStringLiteral("area"); });
+    QObject::connect(axis, &AxisData::sgDataChanged, context,
+                     [this] { m_axisLog << QStringLiteral("data"); });
 }
 
 void Runner::watchRegistry()
@@ -278,25 +281,23 @@ QString Runner::checkRegistry() const
     // Limits folded over every curve, predicted from the axis references.
     double x0 = 3, x1 = 4, y0 = 5, y1 = 6;
     const bool ok = m_registry->getAreaLimits(x0, x1, y0, y1);
+    // Every curve must be XY with some X value; Y axes without values are
+    // skipped.
     bool expectOk = !m_ref.curves.isEmpty();
     double ex0 = std::numeric_limits<double>::max(), ex1 = -ex0, ey0 = ex0, ey1 = -ex0;
-    for (const RefCurve& c : m_ref.curves)
-        expectOk = expectOk && m_dataSets[c.dataSetSlot].isXY;
-    if (expectOk) {
-        for (const RefCurve& c : m_ref.curves) {
-            const DataSetSlot& slot = m_dataSets[c.dataSetSlot];
-            double lo, hi;
-            if (!slot.axes[0].limits(lo, hi)) {
-                expectOk = false;
-                break;
-            }
-            ex0 = std::min(ex0, lo);
-            ex1 = std::max(ex1, hi);
-            for (size_t k = 1; k < slot.axes.size(); ++k) {
-                if (slot.axes[k].limits(lo, hi)) {
-                    ey0 = std::min(ey0, lo);
-                    ey1 = std::max(ey1, hi);
-                }
+    for (const RefCurve& c : m_ref.curves) {
+        const DataSetSlot& slot = m_dataSets[c.dataSetSlot];
+        double lo, hi;
+        if (!slot.isXY || !slot.axes[0].limits(lo, hi)) {
+            expectOk = false;
+            break;
+        }
+        ex0 = std::min(ex0, lo);
+        ex1 = std::max(ex1, hi);
+        for (size_t k = 1; k < slot.axes.size(); ++k) {
+            if (slot.axes[k].limits(lo, hi)) {
+                ey0 = std::min(ey0, lo);
+                ey1 = std::max(ey1, hi);
             }
         }
     }
@@ -329,10 +330,7 @@ QString Runner::registryStep()
         const int key = m_in.pick(int(slot.axes.size()));
         AxisData* axis = slot.object->getAxisData(key);
         QObject guard; // the watching connections end with it
-        QObject::connect(axis, &AxisData::sgAreaChanged, &guard,
-                         [this] { m_axisLog << QStringLiteral("area"); });
-        QObject::connect(axis, &AxisData::sgDataChanged, &guard,
-                         [this] { m_axisLog << QStringLiteral("data"); });
+        watchAxis(axis, &guard);
         const QString failure = axisStep(axis, slot.axes[size_t(key)]);
         return failure.isEmpty() ? checkRegistry() : failure;
     }
@@ -379,31 +377,29 @@ QString Runner::registryStep()
     case 5: {
         what = QStringLiteral("setCurveShowParam(%1)").arg(name);
         auto it = m_ref.curves.find(name);
+        // Only a registered curve whose value really changes signals.
+        const auto change = [&](auto RefCurve::*member, auto value) {
+            if (it != m_ref.curves.end() && (*it).*member != value) {
+                (*it).*member = value;
+                expected << QStringLiteral("param:") + name;
+            }
+        };
         switch (m_in.pick(3)) {
         case 0: {
             const QColor color(m_in.u8() & 3, 0, 0);
-            if (it != m_ref.curves.end() && it->color != color) {
-                it->color = color;
-                expected << QStringLiteral("param:") + name;
-            }
+            change(&RefCurve::color, color);
             m_registry->setCurveShowParam_color(name, color);
             break;
         }
         case 1: {
             const int cap = m_in.pick(3);
-            if (it != m_ref.curves.end() && it->cap != cap) {
-                it->cap = cap;
-                expected << QStringLiteral("param:") + name;
-            }
+            change(&RefCurve::cap, cap);
             m_registry->setCurveShowParam_cap(name, ECurveShowCap(cap));
             break;
         }
         default: {
             const bool visible = m_in.flag();
-            if (it != m_ref.curves.end() && it->visible != visible) {
-                it->visible = visible;
-                expected << QStringLiteral("param:") + name;
-            }
+            change(&RefCurve::visible, visible);
             m_registry->setCurveShowParam_visible(name, visible);
             break;
         }
@@ -561,7 +557,7 @@ QString Runner::run(ApiSequenceStats* stats)
     for (int i = 0; i < kAxisSlots; ++i) {
         m_axes.emplace_back(new AxisData);
         m_axisRefs.emplace_back();
-        watchAxis(m_axes.back().get());
+        watchAxis(m_axes.back().get(), m_axes.back().get());
     }
     m_view.reset(new CurveGraphicsView);
     m_scene = qobject_cast<CurveGraphicsScene*>(m_view->scene());

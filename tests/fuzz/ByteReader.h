@@ -62,9 +62,6 @@ public:
         }
     }
 
-    // A finite value, for places where the test wants a drawable number.
-    double finite() { return double(qint16(u8() << 8 | u8())) / 16.0; }
-
 private:
     const uint8_t* m_data;
     size_t m_size;

@@ -31,17 +31,24 @@ inline void fillAxis(AxisData* axis, const QVector<double>& values,
     axis->endSetData(true);
 }
 
-// X samples 0, 1, 2, ... and one Y axis per entry of ys.
-inline Curve_DataSet_XY* makeDataSet(const QVector<QVector<double>>& ys)
+// One Y axis per entry of ys over the X samples xs.
+inline Curve_DataSet_XY* makeDataSet(const QVector<double>& xs,
+                                     const QVector<QVector<double>>& ys)
 {
     auto* dataSet = new Curve_DataSet_XY(ys.size());
-    QVector<double> xs;
-    for (int i = 0; i < ys.value(0).size(); ++i)
-        xs.append(i);
     fillAxis(dataSet->getAxisData(0), xs);
     for (int k = 0; k < ys.size(); ++k)
         fillAxis(dataSet->getAxisData(k + 1), ys.at(k));
     return dataSet;
+}
+
+// The same over X samples 0, 1, 2, ...
+inline Curve_DataSet_XY* makeDataSet(const QVector<QVector<double>>& ys)
+{
+    QVector<double> xs;
+    for (int i = 0; i < ys.value(0).size(); ++i)
+        xs.append(i);
+    return makeDataSet(xs, ys);
 }
 
 // X 0..99; Y1 at \a high drops to \a low after a break at 29 and has an

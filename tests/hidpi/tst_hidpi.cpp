@@ -1,10 +1,10 @@
-#include "AxisData.h"
+#include "graphics/graphicstestsupport.h"
+
 #include "CurveGraphicsScene.h"
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "CurveGraphicsView.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
-#include "Curve_DataSet_XY.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -25,19 +25,13 @@ namespace {
 
 const QRgb kBand = qRgb(255, 245, 239);
 
+// Ten minutes at a steady 0.5.
 Curve_DataSet_XY* rampCurve()
 {
-    auto* dataSet = new Curve_DataSet_XY(1);
-    for (int key = 0; key < 2; ++key) {
-        AxisData* axis = dataSet->getAxisData(key);
-        axis->beginSetData();
-        axis->allocData(11, nullptr);
-        double* p = axis->getInSettingData(0, nullptr);
-        for (int i = 0; i <= 10; ++i)
-            p[i] = key == 0 ? i * 60000.0 : 0.5;
-        axis->endSetData(true);
-    }
-    return dataSet;
+    QVector<double> xs;
+    for (int i = 0; i <= 10; ++i)
+        xs.append(i * 60000.0);
+    return gt::makeDataSet(xs, {QVector<double>(11, 0.5)});
 }
 
 // Rows of one colour run across the given column: a line drawn sharp at

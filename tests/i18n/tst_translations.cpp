@@ -1,4 +1,5 @@
-#include "AxisData.h"
+#include "graphics/graphicstestsupport.h"
+
 #include "CurveGraphicsItem_Coord_p.h"
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "CurveGraphicsView.h"
@@ -71,11 +72,7 @@ void tst_Translations::catalogue()
     auto* coord = new Curve_Coord_XY;
     view.getCurveScene()->setCoord(coord, true);
     QVERIFY(coord->setArea(0, 86400000.0, -1, 1));
-    CurveGraphicsItem_Coord_PXPY* frame = nullptr;
-    for (QGraphicsItem* item : view.scene()->items()) {
-        if (!frame)
-            frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(item->toGraphicsObject());
-    }
+    auto* frame = gt::itemsOf<CurveGraphicsItem_Coord_PXPY>(view.scene()).value(0);
     QVERIFY(frame);
     QCOMPARE(frame->yLabels().value(0.5), QStringLiteral("0.000") + metre);
     QCOMPARE(frame->timeSystemText(), QStringLiteral("GPST"));

@@ -1,4 +1,5 @@
-#include "AxisData.h"
+#include "graphics/graphicstestsupport.h"
+
 #include "CurveGraphicsItem_Coord_p.h"
 #include "CurveGraphicsItem_Curve_p.h"
 #include "CurveGraphicsScene.h"
@@ -6,9 +7,7 @@
 #include "CurveGraphicsView.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
-#include "Curve_DataSet_XY.h"
 
-#include <QCheckBox>
 #include <QPainter>
 #include <QtTest>
 
@@ -24,25 +23,7 @@ const qint64 kMaxEpoch = std::numeric_limits<qint64>::max();
 
 Curve_DataSet_XY* curve(const QVector<double>& xs, const QVector<double>& ys)
 {
-    auto* dataSet = new Curve_DataSet_XY(1);
-    const QVector<double>* values[] = {&xs, &ys};
-    for (int key = 0; key < 2; ++key) {
-        AxisData* axis = dataSet->getAxisData(key);
-        axis->beginSetData();
-        axis->allocData(values[key]->size(), nullptr);
-        std::copy(values[key]->cbegin(), values[key]->cend(), axis->getInSettingData(0, nullptr));
-        axis->endSetData(true);
-    }
-    return dataSet;
-}
-
-CurveGraphicsItem_Coord_PXPY* frameOf(QGraphicsScene* scene)
-{
-    for (QGraphicsItem* item : scene->items()) {
-        if (auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(item->toGraphicsObject()))
-            return frame;
-    }
-    return nullptr;
+    return gt::makeDataSet(xs, {ys});
 }
 
 QImage render(QWidget* widget)
@@ -121,7 +102,7 @@ void tst_HostileInputs::overflowingArea()
     auto* coord = new Curve_Coord_XY;
     view.getCurveScene()->setCoord(coord, true);
     QVERIFY(coord->setArea(-kBig, kBig, -kBig, kBig));
-    CurveGraphicsItem_Coord_PXPY* frame = frameOf(view.scene());
+    auto* frame = gt::itemsOf<CurveGraphicsItem_Coord_PXPY>(view.scene()).value(0);
     QVERIFY(frame);
     QCOMPARE(frame->xLabels().size(), 11);
     for (const QString& text : frame->xLabels())
