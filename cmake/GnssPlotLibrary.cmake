@@ -32,7 +32,10 @@ target_include_directories(gnssplot_objects PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
 target_link_libraries(gnssplot_objects PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets)
 # The stroke model repeats Qt's floating-point steps and must round as they
 # do: no fused multiply-add, whatever the target machine offers.
-set_source_files_properties(${PROJECT_SOURCE_DIR}/graphics/StrokeReduction.cpp
+set_source_files_properties(
+    ${PROJECT_SOURCE_DIR}/graphics/StrokeModel.cpp
+    ${PROJECT_SOURCE_DIR}/graphics/StrokeReduction.cpp
+    ${PROJECT_SOURCE_DIR}/graphics/StrokeRaster.cpp
     PROPERTIES COMPILE_OPTIONS -ffp-contract=off)
 
 add_library(gnssplot SHARED $<TARGET_OBJECTS:gnssplot_objects>)

@@ -3,9 +3,11 @@
 #include "AxisData.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
+#include "StrokeRaster_p.h"
 
 #include <QPaintEngine>
 #include <QPainter>
+#include <QWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -191,6 +193,15 @@ void resetRuns(QVector<QList<QPolygon>>& cache, int n)
         for (QPolygon& run : runs)
             run.resize(0);
     }
+}
+
+// Whether two rectangles agree but for rounding in mapping back and forth.
+bool sameRect(const QRectF& a, const QRectF& b)
+{
+    const double tolerance = 1e-6 * (1.0 + std::abs(b.width()) + std::abs(b.height()));
+    return std::abs(a.left() - b.left()) <= tolerance && std::abs(a.top() - b.top()) <= tolerance
+           && std::abs(a.right() - b.right()) <= tolerance
+           && std::abs(a.bottom() - b.bottom()) <= tolerance;
 }
 
 // Drops the runs past the last one used by this rebuild.
@@ -484,11 +495,28 @@ const QPolygon& CurveGraphicsItem_Curve_XY::pointsToDraw(int k, int r, const QPa
 }
 
 void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
-                                       QWidget*)
+                                       QWidget* widget)
 {
     if (m_polylines.isEmpty())
         return;
     painter->save();
+    // Long translucent runs are counted and blended straight into the
+    // image where the painter's clip is known; what is left goes through
+    // Qt. A view paints its items with a painter on its viewport and no clip
+    // of its own, so there the only clip is the one the scene sets for this
+    // item's shape.
+    StrokeRaster raster;
+    bool counted = false;
+    if (m_reducedDrawing) {
+        const QRectF rect = boundingRect();
+        if (!painter->hasClipping()) {
+            counted = raster.begin(painter, nullptr);
+        } else if (widget && painter->device() == widget && scene()
+                   && (flags() & QGraphicsItem::ItemClipsToShape)
+                   && sameRect(painter->clipBoundingRect(), rect)) {
+            counted = raster.begin(painter, &rect);
+        }
+    }
     painter->setPen(m_pen);
     auto selection = m_visibleSelection.cbegin();
     for (int k = 0; k < m_polylines.size(); ++k) {
@@ -500,6 +528,7 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
             if (!shown)
                 continue;
         }
+        raster.flush();
         if (k < m_yPens.size())
             painter->setPen(m_yPens.at(k));
         const QList<QPolygon>& runs = m_polylines.at(k);
@@ -513,22 +542,24 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
         }
         for (int r = 0; r < runs.size(); ++r) {
             const QPolygon& run = runs.at(r);
-            // The width follows the full run's point count, also where fewer
-            // points are drawn.
             const int n = run.size();
             QPen pen = painter->pen();
             if (n == 1) {
+                raster.flush();
                 pen.setWidthF(4.0);
                 painter->setPen(pen);
                 painter->drawPoints(run);
-            } else {
-                // Long runs are drawn thinner so that dense data stays
-                // readable.
-                pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
-                painter->setPen(pen);
-                painter->drawPolyline(pointsToDraw(k, r, painter, pen));
+                continue;
             }
+            // Long runs are drawn thinner so that dense data stays readable.
+            pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
+            painter->setPen(pen);
+            if (counted && raster.add(run, pen))
+                continue;
+            raster.flush();
+            painter->drawPolyline(pointsToDraw(k, r, painter, pen));
         }
     }
+    raster.flush();
     painter->restore();
 }

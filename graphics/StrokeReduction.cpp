@@ -1,476 +1,16 @@
 #include "StrokeReduction_p.h"
 
-#include <QImage>
-#include <QPaintEngine>
-#include <QPainter>
-#include <QPen>
-
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
 
-// This file must be compiled without contracting multiplications and
-// additions into fused operations (see CMake): the model repeats Qt's
-// floating-point steps and has to round exactly as they do.
+// Compiled without fused multiply-adds, as the stroke model requires (see
+// CMake).
 
 namespace {
 
-// Larger devices make Qt's own fixed-point steps overflow; nothing is
-// reduced for them.
-constexpr int kMaxDeviceSide = 16384;
 // Runs and columns too short to gain from the work.
 constexpr int kMinRunPoints = 64;
 constexpr int kMinColumnSegments = 6;
-
-inline int toF26Dot6(double v)
-{
-    return int(v * 64.);
-}
-
-inline int fixedDiv(int x, int y)
-{
-    if (std::abs(x) > 0x7fff)
-        return int(qint64(x) * (1 << 16) / y);
-    return x * (1 << 16) / y;
-}
-
-inline int swapCaps(int caps)
-{
-    return ((caps & StrokeModel::CapBegin) << 1) | ((caps & StrokeModel::CapEnd) >> 1);
-}
-
-inline void capAdjust(int caps, int& x1, int& x2, int& y, int yinc)
-{
-    if (caps & StrokeModel::CapBegin) {
-        x1 -= 32;
-        y -= yinc >> 1;
-    }
-    if (caps & StrokeModel::CapEnd)
-        x2 += 32;
-}
-
-// The pixel source-over of one 8-bit channel: s + d * (255 - a) / 255 with
-// the rounding Qt's raster blending uses.
-inline int blendChannel(int s, int d, int inverseAlpha)
-{
-    const int t = d * inverseAlpha;
-    return s + ((t + (t >> 8) + 0x80) >> 8);
-}
-
-int settledCountForAlpha(int alpha)
-{
-    const int inverseAlpha = 255 - alpha;
-    int most = 0;
-    // Premultiplied channels never exceed the alpha.
-    for (int s = 0; s <= alpha; ++s) {
-        for (int d = 0; d < 256; ++d) {
-            int v = d;
-            int steps = 0;
-            for (;;) {
-                const int next = blendChannel(s, v, inverseAlpha);
-                if (next == v)
-                    break;
-                v = next;
-                ++steps;
-            }
-            most = std::max(most, steps);
-        }
-    }
-    return most;
-}
-
-// Row of the pixel centre nearest to a device y, as the stroker rounds.
-inline int rowOf(double y)
-{
-    return (toF26Dot6(y) + 32) >> 6;
-}
-
-} // namespace
-
-int StrokeTarget::settledBlendCount(int alphaLow, int alphaHigh)
-{
-    // One entry per alpha, 0 while unknown, otherwise the count plus one.
-    static std::atomic<int> known[256];
-    int result = 0;
-    for (int a = std::max(alphaLow, 1); a <= std::min(alphaHigh, 255); ++a) {
-        int entry = known[a].load(std::memory_order_relaxed);
-        if (entry == 0) {
-            entry = settledCountForAlpha(a) + 1;
-            known[a].store(entry, std::memory_order_relaxed);
-        }
-        result = std::max(result, entry - 1);
-    }
-    return result;
-}
-
-bool StrokeTarget::forPainter(const QPainter* painter, const QPen& pen, StrokeTarget* target)
-{
-    if (!painter || !painter->isActive())
-        return false;
-    QPaintEngine* engine = painter->paintEngine();
-    if (!engine || engine->type() != QPaintEngine::Raster)
-        return false;
-    const QPaintDevice* device = engine->paintDevice();
-    if (!device || device->devType() != QInternal::Image)
-        return false;
-    const QImage* image = static_cast<const QImage*>(device);
-    if (image->format() != QImage::Format_RGB32
-        && image->format() != QImage::Format_ARGB32_Premultiplied)
-        return false;
-    if (image->width() > kMaxDeviceSide || image->height() > kMaxDeviceSide)
-        return false;
-    if (painter->renderHints() & (QPainter::Antialiasing | QPainter::Qt4CompatiblePainting))
-        return false;
-    if (painter->compositionMode() != QPainter::CompositionMode_SourceOver
-        || painter->opacity() != 1.0)
-        return false;
-    const QTransform& transform = painter->deviceTransform();
-    if (transform.type() > QTransform::TxScale)
-        return false;
-    if (pen.style() != Qt::SolidLine || pen.brush().style() != Qt::SolidPattern)
-        return false;
-    // Qt strokes a pen with its one-pixel stroker when it is cosmetic and at
-    // most one pixel wide, or when its width scaled by the transform is.
-    const double txscale = transform.type() == QTransform::TxScale
-                               ? std::max(std::abs(transform.m11()), std::abs(transform.m22()))
-                               : 1.0;
-    const double width = pen.widthF();
-    const bool cosmetic = pen.isCosmetic();
-    if (cosmetic ? width > 1.0 : width * txscale > 1.0)
-        return false;
-    // The stroker fades thin pens by their width; the blended colour's
-    // alpha lies between that faded alpha (less a little rounding) and the
-    // pen's own.
-    int opacity = 256;
-    if (width != 0)
-        opacity = cosmetic ? int(256 * width) : int(256 * width * txscale);
-    opacity = qBound(0, opacity, 256);
-    const int alpha = pen.color().alpha();
-    const int alphaLow = alpha * opacity / 256 - 3;
-    if (alphaLow < 16)
-        return false;
-    target->transform = transform;
-    target->deviceWidth = image->width();
-    target->deviceHeight = image->height();
-    target->drawCaps = pen.capStyle() != Qt::FlatCap;
-    target->settledCount = settledBlendCount(alphaLow, alpha);
-    return true;
-}
-
-StrokeModel::StrokeModel(int deviceWidth, int deviceHeight)
-    // The stroker clips lines to the device, widened by a pixel on each side.
-    : m_xmin(-1), m_xmax(deviceWidth + 1), m_ymin(-1), m_ymax(deviceHeight + 1)
-{
-}
-
-void StrokeModel::ColumnCounter::rows(int x, int from, int to)
-{
-    // Qt's pixel loop sets the first row even when its end is not past it.
-    const int end = std::max(from + 1, to);
-    const int first = from - firstRow;
-    const int past = end - firstRow;
-    if (x != column || first < 0 || past >= int(diff->size())) {
-        stray = true;
-        return;
-    }
-    ++(*diff)[first];
-    --(*diff)[past];
-}
-
-bool StrokeModel::clipLine(State& s, double& x1, double& y1, double& x2, double& y2) const
-{
-    if (!std::isfinite(x1) || !std::isfinite(y1) || !std::isfinite(x2) || !std::isfinite(y2))
-        return true;
-    const double xmin = m_xmin, xmax = m_xmax, ymin = m_ymin, ymax = m_ymax;
-    if (x1 < xmin) {
-        if (x2 <= xmin)
-            goto clipped;
-        y1 += (y2 - y1) / (x2 - x1) * (xmin - x1);
-        x1 = xmin;
-    } else if (x1 > xmax) {
-        if (x2 >= xmax)
-            goto clipped;
-        y1 += (y2 - y1) / (x2 - x1) * (xmax - x1);
-        x1 = xmax;
-    }
-    if (x2 < xmin) {
-        s.lastX = INT_MIN;
-        y2 += (y2 - y1) / (x2 - x1) * (xmin - x2);
-        x2 = xmin;
-    } else if (x2 > xmax) {
-        s.lastX = INT_MIN;
-        y2 += (y2 - y1) / (x2 - x1) * (xmax - x2);
-        x2 = xmax;
-    }
-    if (y1 < ymin) {
-        if (y2 <= ymin)
-            goto clipped;
-        x1 += (x2 - x1) / (y2 - y1) * (ymin - y1);
-        y1 = ymin;
-    } else if (y1 > ymax) {
-        if (y2 >= ymax)
-            goto clipped;
-        x1 += (x2 - x1) / (y2 - y1) * (ymax - y1);
-        y1 = ymax;
-    }
-    if (y2 < ymin) {
-        s.lastX = INT_MIN;
-        x2 += (x2 - x1) / (y2 - y1) * (ymin - y2);
-        y2 = ymin;
-    } else if (y2 > ymax) {
-        s.lastX = INT_MIN;
-        x2 += (x2 - x1) / (y2 - y1) * (ymax - y2);
-        y2 = ymax;
-    }
-    return false;
-
-clipped:
-    s.lastX = INT_MIN;
-    return true;
-}
-
-bool StrokeModel::stroke(State& s, double rx1, double ry1, double rx2, double ry2, int caps,
-                         ColumnCounter* counter) const
-{
-    bool didDraw = std::abs(rx2 - rx1) + std::abs(ry2 - ry1) >= 1.0;
-    if (clipLine(s, rx1, ry1, rx2, ry2))
-        return true;
-
-    int x1 = toF26Dot6(rx1);
-    int y1 = toF26Dot6(ry1);
-    int x2 = toF26Dot6(rx2);
-    int y2 = toF26Dot6(ry2);
-    const int dx = std::abs(x2 - x1);
-    const int dy = std::abs(y2 - y1);
-
-    int lastX = s.lastX;
-    int lastY = s.lastY;
-
-    if (dx < dy) {
-        // Steep: one pixel per row.
-        int dir = TopToBottom;
-        bool swapped = false;
-        if (y1 > y2) {
-            swapped = true;
-            std::swap(y1, y2);
-            std::swap(x1, x2);
-            caps = swapCaps(caps);
-            dir = BottomToTop;
-        }
-        const int xinc = fixedDiv(x2 - x1, y2 - y1);
-        int x = x1 * (1 << 10);
-        if ((s.lastDir ^ VerticalMask) == dir)
-            caps |= swapped ? CapEnd : CapBegin;
-        capAdjust(caps, y1, y2, x, xinc);
-
-        int y = (y1 + 32) >> 6;
-        int ys = (y2 + 32) >> 6;
-        const int round = (xinc > 0) ? 32 : 0;
-        if ((caps & CapBegin) && s.lastY == y + 1)
-            y++;
-
-        if (y != ys) {
-            x += ((y * (1 << 6)) + round - y1) * xinc >> 6;
-            int firstX = x >> 16;
-            int firstY = y;
-            lastX = (x + (ys - y - 1) * xinc) >> 16;
-            lastY = ys - 1;
-            if (swapped) {
-                std::swap(firstX, lastX);
-                std::swap(firstY, lastY);
-            }
-            const bool axisAligned = std::abs(xinc) < (1 << 14);
-            if (s.lastX > INT_MIN) {
-                if (firstX == s.lastX && firstY == s.lastY) {
-                    // The joint pixel is not drawn twice.
-                    if (swapped) {
-                        --ys;
-                    } else {
-                        ++y;
-                        x += xinc;
-                    }
-                } else if (s.lastDir != dir
-                           && (((axisAligned && s.lastAxisAligned) && s.lastX != firstX
-                                && s.lastY != firstY)
-                               || (std::abs(s.lastX - firstX) > 1
-                                   || std::abs(s.lastY - firstY) > 1))) {
-                    // A pixel missing at a turn is added.
-                    if (swapped) {
-                        ++ys;
-                    } else {
-                        --y;
-                        x -= xinc;
-                    }
-                } else if (s.lastDir == dir
-                           && (std::abs(s.lastX - firstX) <= 1
-                               && std::abs(s.lastY - firstY) > 1)) {
-                    x += xinc >> 1;
-                    if (swapped)
-                        lastX = x >> 16;
-                    else
-                        lastX = (x + (ys - y - 1) * xinc) >> 16;
-                }
-            }
-            s.lastDir = dir;
-            s.lastAxisAligned = axisAligned;
-            if (counter) {
-                if (xinc == 0)
-                    counter->rows(x >> 16, y, ys);
-                else
-                    counter->stray = true;
-            }
-            didDraw = true;
-        }
-    } else {
-        // Flat: one pixel per column.
-        if (!dx)
-            return true;
-        int dir = LeftToRight;
-        bool swapped = false;
-        if (x1 > x2) {
-            swapped = true;
-            std::swap(x1, x2);
-            std::swap(y1, y2);
-            caps = swapCaps(caps);
-            dir = RightToLeft;
-        }
-        const int yinc = fixedDiv(y2 - y1, x2 - x1);
-        int y = y1 * (1 << 10);
-        if ((s.lastDir ^ HorizontalMask) == dir)
-            caps |= swapped ? CapEnd : CapBegin;
-        capAdjust(caps, x1, x2, y, yinc);
-
-        int x = (x1 + 32) >> 6;
-        int xs = (x2 + 32) >> 6;
-        const int round = (yinc > 0) ? 32 : 0;
-        if ((caps & CapBegin) && s.lastX == x + 1)
-            x++;
-
-        if (x != xs) {
-            y += ((x * (1 << 6)) + round - x1) * yinc >> 6;
-            int firstX = x;
-            int firstY = y >> 16;
-            lastX = xs - 1;
-            lastY = (y + (xs - x - 1) * yinc) >> 16;
-            if (swapped) {
-                std::swap(firstX, lastX);
-                std::swap(firstY, lastY);
-            }
-            const bool axisAligned = std::abs(yinc) < (1 << 14);
-            if (s.lastX > INT_MIN) {
-                if (firstX == s.lastX && firstY == s.lastY) {
-                    if (swapped) {
-                        --xs;
-                    } else {
-                        ++x;
-                        y += yinc;
-                    }
-                } else if (s.lastDir != dir
-                           && (((axisAligned && s.lastAxisAligned) && s.lastX != firstX
-                                && s.lastY != firstY)
-                               || (std::abs(s.lastX - firstX) > 1
-                                   || std::abs(s.lastY - firstY) > 1))) {
-                    if (swapped) {
-                        ++xs;
-                    } else {
-                        --x;
-                        y -= yinc;
-                    }
-                } else if (s.lastDir == dir
-                           && (std::abs(s.lastX - firstX) <= 1
-                               && std::abs(s.lastY - firstY) > 1)) {
-                    y += yinc >> 1;
-                    if (swapped)
-                        lastY = y >> 16;
-                    else
-                        lastY = (y + (xs - x - 1) * yinc) >> 16;
-                }
-            }
-            s.lastDir = dir;
-            s.lastAxisAligned = axisAligned;
-            if (counter)
-                counter->stray = true;
-            didDraw = true;
-        }
-    }
-    s.lastX = lastX;
-    s.lastY = lastY;
-    return didDraw;
-}
-
-bool StrokeModel::strokeInColumn(State& s, double ry1, double ry2, ColumnCounter& counter) const
-{
-    // stroke() with x1 == x2, no clipping, no caps of the polyline's ends and
-    // a vertical predecessor in this column, its branches folded.
-    int y1 = toF26Dot6(ry1);
-    int y2 = toF26Dot6(ry2);
-    if (y1 == y2)
-        return true;
-    const bool didDraw = std::abs(ry2 - ry1) >= 1.0;
-    if (y1 < y2) {
-        const bool turn = s.lastDir == BottomToTop;
-        if (turn)
-            y1 -= 32;
-        int y = (y1 + 32) >> 6;
-        const int ys = (y2 + 32) >> 6;
-        if (turn && s.lastY == y + 1)
-            y++;
-        if (y == ys)
-            return didDraw;
-        if (y == s.lastY)
-            ++y;
-        else if (std::abs(s.lastY - y) > 1 && turn)
-            --y;
-        counter.rows(counter.column, y, ys);
-        s.lastY = ys - 1;
-        s.lastDir = TopToBottom;
-        return true;
-    }
-    const bool turn = s.lastDir == TopToBottom;
-    if (turn)
-        y1 += 32;
-    const int y = (y2 + 32) >> 6;
-    int ys = (y1 + 32) >> 6;
-    if (y == ys)
-        return didDraw;
-    if (ys - 1 == s.lastY)
-        --ys;
-    else if (std::abs(s.lastY - (ys - 1)) > 1 && turn)
-        ++ys;
-    counter.rows(counter.column, y, ys);
-    s.lastY = y;
-    s.lastDir = BottomToTop;
-    return true;
-}
-
-namespace {
-
-// Device position of an item point, computed as QTransform::map does for
-// the transform types the reduction accepts.
-struct DeviceMap
-{
-    explicit DeviceMap(const QTransform& t)
-        : type(t.type()), m11(t.m11()), m22(t.m22()), dx(t.dx()), dy(t.dy())
-    {
-    }
-    double x(int v) const
-    {
-        const double f = v;
-        return type == QTransform::TxNone ? f
-               : type == QTransform::TxTranslate ? f + dx
-                                                  : m11 * f + dx;
-    }
-    double y(int v) const
-    {
-        const double f = v;
-        return type == QTransform::TxNone ? f
-               : type == QTransform::TxTranslate ? f + dy
-                                                  : m22 * f + dy;
-    }
-    QTransform::TransformationType type;
-    double m11, m22, dx, dy;
-};
 
 class Reducer
 {
@@ -494,7 +34,8 @@ private:
             caps |= StrokeModel::CapBegin;
         if (m_target.drawCaps && i == m_n - 1)
             caps |= StrokeModel::CapEnd;
-        const bool moved = m_model.stroke(m_state, m_px, m_py, x2, y2, caps, nullptr);
+        StrokeModel::NoPixels none;
+        const bool moved = m_model.stroke(m_state, m_px, m_py, x2, y2, caps, none);
         if (moved || i == 1 || i == m_n - 1) {
             m_px = x2;
             m_py = y2;
@@ -564,9 +105,9 @@ void Reducer::strokeColumn(const int* indexes, int count, StrokeModel::State& st
         const double x2 = m_map.x(q.x());
         const double y2 = m_map.y(q.y());
         const bool moved = x2 == px && m_model.inColumn(state, px, py, y2, counter.column)
-                               ? m_model.strokeInColumn(state, py, y2, counter)
+                               ? m_model.strokeInColumn(state, counter.column, py, y2, counter)
                                : m_model.stroke(state, px, py, x2, y2, StrokeModel::NoCaps,
-                                                &counter);
+                                                counter);
         if (moved) {
             px = x2;
             py = y2;
@@ -580,10 +121,10 @@ void Reducer::column(int first, int last)
     const double deviceX = m_map.x(p[first].x());
     // Rows the column's segments can reach: those of its points, one more
     // for caps and turns, within the clip band the stroker keeps.
-    int lo = rowOf(m_py);
+    int lo = StrokeModel::pixelOf(m_py);
     int hi = lo;
     for (int j = first; j <= last; ++j) {
-        const int row = rowOf(m_map.y(p[j].y()));
+        const int row = StrokeModel::pixelOf(m_map.y(p[j].y()));
         lo = std::min(lo, row);
         hi = std::max(hi, row);
     }
@@ -599,7 +140,9 @@ void Reducer::column(int first, int last)
     for (int j = first + 1; j <= last; ++j)
         m_indexes.push_back(j);
     m_original.assign(size_t(rows) + 1, 0);
-    StrokeModel::ColumnCounter original{toF26Dot6(deviceX) >> 6, lo, &m_original, false};
+    // A column off the device draws nothing that could be counted.
+    const int pixelColumn = m_model.inBand(deviceX) ? StrokeModel::toF26Dot6(deviceX) >> 6 : INT_MIN;
+    StrokeModel::ColumnCounter original{pixelColumn, lo, &m_original, false};
     strokeColumn(m_indexes.data(), int(m_indexes.size()), m_state, m_px, m_py, original);
 
     bool reduced = false;
@@ -657,7 +200,7 @@ bool Reducer::proposeColumn(int first, int last, int firstRow)
     std::vector<int>& counts = m_proposed;  // scratch: remaining crossings
     counts.assign(m_original.begin(), m_original.end() - 1);
     const auto rowIndex = [this, firstRow, rows](int j) {
-        return qBound(0, rowOf(m_map.y(m_points[j].y())) - firstRow, rows - 1);
+        return qBound(0, StrokeModel::pixelOf(m_map.y(m_points[j].y())) - firstRow, rows - 1);
     };
     m_stack.clear();
     for (const int j : m_indexes) {

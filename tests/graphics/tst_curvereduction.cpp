@@ -1,14 +1,18 @@
-// The curve item draws long runs from a reduced copy of each run. These tests
-// render random data both ways and demand the very same pixels.
+// The curve item counts long translucent runs and blends them straight into
+// the image, or draws them from a reduced copy of each run. These tests
+// render random data with and without those shortcuts and demand the very
+// same pixels.
 
 #include "graphicstestsupport.h"
 
 #include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsView.h"
 #include "Curve_Coord_XY.h"
 #include "StrokeReduction_p.h"
 
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QWheelEvent>
 
 #include <cmath>
 
@@ -96,6 +100,8 @@ class tst_CurveReduction : public QObject
 private slots:
     void samePixels_data();
     void samePixels();
+    void viewPixels_data();
+    void viewPixels();
     void columnShortcut();
 };
 
@@ -184,6 +190,69 @@ void tst_CurveReduction::samePixels()
     }
 }
 
+void tst_CurveReduction::viewPixels_data()
+{
+    QTest::addColumn<int>("wheelSteps");   // > 0 zooms in: curves leave the data area
+    QTest::addColumn<QRegion>("exposed");  // empty: the whole viewport
+    QTest::newRow("whole viewport") << 0 << QRegion();
+    QTest::newRow("zoomed in") << 6 << QRegion();
+    QTest::newRow("zoomed out, one exposed rectangle") << -3 << QRegion(90, 40, 300, 200);
+    QTest::newRow("zoomed in, two exposed rectangles")
+        << 4 << (QRegion(90, 40, 300, 200) + QRegion(500, 100, 200, 300));
+}
+
+// A view's paint, where the scene clips each curve to its data area, must
+// give the pixels of Qt's own drawing of every point.
+void tst_CurveReduction::viewPixels()
+{
+    QFETCH(int, wheelSteps);
+    QFETCH(QRegion, exposed);
+
+    CurveGraphicsView view;
+    view.resize(800, 540);
+    view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
+    const QColor colors[] = {QColor(31, 119, 180), QColor(214, 39, 40), QColor(44, 160, 44)};
+    for (int c = 0; c < 3; ++c) {
+        auto* dataSet = new Curve_DataSet_XY(1);
+        fillData(*dataSet, c == 2 ? Shape::RandomWalk : Shape::Noise, 40000 + 9000 * c,
+                 quint32(7 + c));
+        view.getCurveScene()->addCurve(QStringLiteral("C%1").arg(c), dataSet, true, colors[c],
+                                       ECurveShowCap_Line, true);
+    }
+    view.show();
+    QCoreApplication::processEvents();
+    view.setCurvesPosToVerticalZero();
+    const QPointF at(400, 270);
+    for (int i = 0; i < std::abs(wheelSteps); ++i) {
+        QWheelEvent wheel(at, view.viewport()->mapToGlobal(at.toPoint()), QPoint(),
+                          QPoint(0, wheelSteps > 0 ? 120 : -120), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(view.viewport(), &wheel);
+    }
+
+    const auto paint = [&view, &exposed](bool counted) {
+        for (QGraphicsItem* item : view.scene()->items()) {
+            if (auto* curve = qobject_cast<CurveGraphicsItem_Curve_XY*>(item->toGraphicsObject()))
+                curve->setReducedDrawingEnabled(counted);
+        }
+        QImage image(view.viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        view.viewport()->render(&painter, QPoint(), exposed);
+        return image;
+    };
+    const QImage every = paint(false);
+    const QImage counted = paint(true);
+    if (counted != every) {
+        const QString name = QStringLiteral("/tmp/tst_curvereduction_view_%1")
+                                 .arg(QString::fromLatin1(QTest::currentDataTag())
+                                          .replace(QLatin1Char(' '), QLatin1Char('_')));
+        counted.save(name + QStringLiteral("_counted.png"));
+        every.save(name + QStringLiteral("_every.png"));
+        QFAIL("the view's counted drawing differs from Qt's");
+    }
+}
+
 // The in-column shortcut of the stroke model must agree with the general
 // segment step wherever its preconditions hold.
 void tst_CurveReduction::columnShortcut()
@@ -207,8 +276,8 @@ void tst_CurveReduction::columnShortcut()
         StrokeModel::ColumnCounter shortcut{state.lastX, -8, &shortcutRows, false};
         StrokeModel::State a = state;
         StrokeModel::State b = state;
-        const bool movedA = model.stroke(a, x, y1, x, y2, StrokeModel::NoCaps, &general);
-        const bool movedB = model.strokeInColumn(b, y1, y2, shortcut);
+        const bool movedA = model.stroke(a, x, y1, x, y2, StrokeModel::NoCaps, general);
+        const bool movedB = model.strokeInColumn(b, state.lastX, y1, y2, shortcut);
         QCOMPARE(movedB, movedA);
         QVERIFY(a == b);
         QCOMPARE(shortcut.stray, general.stray);
