@@ -117,6 +117,7 @@ void AxisData::endSetData(bool apply)
     m_published.areaEnd = m_setting.areaEnd;
     m_published.breaks.swap(m_setting.breaks);
     m_setting.clear();
+    m_limits.known = false;
 
     if (areaChanged)
         emit sgAreaChanged();
@@ -155,6 +156,7 @@ bool AxisData::setArea(qint64 begin, qint64 end)
         return false;
     m_published.areaBegin = begin;
     m_published.areaEnd = end;
+    m_limits.known = false;
     emit sgAreaChanged();
     return true;
 }
@@ -167,6 +169,7 @@ void AxisData::clearArea()
         return;
     m_published.areaBegin = 0;
     m_published.areaEnd = m_published.count - 1;
+    m_limits.known = false;
     emit sgAreaChanged();
 }
 
@@ -174,22 +177,27 @@ bool AxisData::getDataLimits(double& minValue, double& maxValue) const
 {
     if (!m_published.samples)
         return false;
-    minValue = std::numeric_limits<double>::max();
-    maxValue = -std::numeric_limits<double>::max();
-    bool found = false;
-    const double* p = m_published.samples.get() + m_published.areaBegin;
-    const double* const last = m_published.samples.get() + m_published.areaEnd;
-    for (; p <= last; ++p) {
-        const double v = *p;
-        if (std::isnan(v))
-            continue;
-        if (!(v > minValue))
-            minValue = v;
-        if (v > maxValue)
-            maxValue = v;
-        found = true;
+    if (!m_limits.known) {
+        double lo = std::numeric_limits<double>::max();
+        double hi = -std::numeric_limits<double>::max();
+        bool found = false;
+        const double* p = m_published.samples.get() + m_published.areaBegin;
+        const double* const last = m_published.samples.get() + m_published.areaEnd;
+        for (; p <= last; ++p) {
+            const double v = *p;
+            if (std::isnan(v))
+                continue;
+            if (!(v > lo))
+                lo = v;
+            if (v > hi)
+                hi = v;
+            found = true;
+        }
+        m_limits = Limits{true, found, lo, hi};
     }
-    return found;
+    minValue = m_limits.minValue;
+    maxValue = m_limits.maxValue;
+    return m_limits.found;
 }
 
 void AxisData::getBreakInfo(std::set<qint64>& breaks) const

@@ -116,6 +116,16 @@ private:
     };
 
     AxisBuffer m_published;
+    // Limits of the published area, worked out on first request: a view
+    // asks for them on every zoom step, the samples change far more rarely.
+    struct Limits
+    {
+        bool known = false;
+        bool found = false;
+        double minValue = 0.0;
+        double maxValue = 0.0;
+    };
+    mutable Limits m_limits;
     bool m_inSetting = false;
     AxisBuffer m_setting;
 
