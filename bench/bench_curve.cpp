@@ -121,10 +121,11 @@ struct OurPlot
         view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
         QCoreApplication::processEvents();
     }
+    // Paints the viewport as the window system asks for it on screen.
     void render()
     {
         QPainter painter(&image);
-        view.render(&painter);
+        view.viewport()->render(&painter);
     }
     void wheel(int delta)
     {
