@@ -107,7 +107,7 @@ public:
 
     // Read access for the scene and for tests: every point of every run.
     const QVector<QList<QPolygon>>& polylines() const { return m_polylines; }
-    // Lets tests draw every point even where fewer would do.
+    // Lets tests have Qt draw every point, neither counted nor reduced.
     void setReducedDrawingEnabled(bool bEnabled) { m_reducedDrawing = bEnabled; }
     // Whether a polyline in \a pen may be drawn from its per-column copy
     // (first, extremes, last) on this painter: only where that gives the
