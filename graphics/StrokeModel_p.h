@@ -127,6 +127,15 @@ public:
                && y2 <= m_ymax;
     }
 
+    // Caps Qt gives segment i (ending at point i) of an open polyline of n
+    // points: the first segment begins one, the last ends one.
+    static int polylineCaps(bool drawCaps, int i, int n)
+    {
+        if (!drawCaps)
+            return NoCaps;
+        return (i == 1 ? CapBegin : NoCaps) | (i == n - 1 ? CapEnd : NoCaps);
+    }
+
     static int toF26Dot6(double v) { return int(v * 64.); }
     // Pixel row or column of the pixel centre nearest to a device position,
     // as the stroker rounds; far-off positions are pulled in to stay clear

@@ -289,11 +289,7 @@ bool StrokeRaster::add(const QPolygon& run, const QPen& pen)
     while (i < n) {
         const double x2 = map.x(p[i].x());
         const double y2 = map.y(p[i].y());
-        int caps = StrokeModel::NoCaps;
-        if (target.drawCaps && i == 1)
-            caps |= StrokeModel::CapBegin;
-        if (target.drawCaps && i == n - 1)
-            caps |= StrokeModel::CapEnd;
+        const int caps = StrokeModel::polylineCaps(target.drawCaps, i, n);
         // Qt keeps the start of a segment it dropped as too short, except
         // at the polyline's ends.
         if (model.stroke(state, px, py, x2, y2, caps, counter) || i == 1 || i == n - 1) {

@@ -29,11 +29,7 @@ private:
     {
         const double x2 = m_map.x(m_points[i].x());
         const double y2 = m_map.y(m_points[i].y());
-        int caps = StrokeModel::NoCaps;
-        if (m_target.drawCaps && i == 1)
-            caps |= StrokeModel::CapBegin;
-        if (m_target.drawCaps && i == m_n - 1)
-            caps |= StrokeModel::CapEnd;
+        const int caps = StrokeModel::polylineCaps(m_target.drawCaps, i, m_n);
         StrokeModel::NoPixels none;
         const bool moved = m_model.stroke(m_state, m_px, m_py, x2, y2, caps, none);
         if (moved || i == 1 || i == m_n - 1) {
