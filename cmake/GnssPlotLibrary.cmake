@@ -29,14 +29,8 @@ set_target_properties(gnssplot_objects PROPERTIES
 target_compile_definitions(gnssplot_objects PRIVATE GNSSPLOT_BUILD_LIBRARY
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(gnssplot_objects PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
-target_link_libraries(gnssplot_objects PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets)
-# The stroke model repeats Qt's floating-point steps and must round as they
-# do: no fused multiply-add, whatever the target machine offers.
-set_source_files_properties(
-    ${PROJECT_SOURCE_DIR}/graphics/StrokeModel.cpp
-    ${PROJECT_SOURCE_DIR}/graphics/StrokeReduction.cpp
-    ${PROJECT_SOURCE_DIR}/graphics/StrokeRaster.cpp
-    PROPERTIES COMPILE_OPTIONS -ffp-contract=off)
+target_link_libraries(gnssplot_objects PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets
+    PRIVATE Qt5::Concurrent)
 
 add_library(gnssplot SHARED $<TARGET_OBJECTS:gnssplot_objects>)
 add_library(GnssPlot::gnssplot ALIAS gnssplot)
@@ -44,7 +38,8 @@ set_target_properties(gnssplot PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME gnssplot)
-target_link_libraries(gnssplot PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets)
+# Qt Concurrent serves the parallel curve rebuild only; hosts never see it.
+target_link_libraries(gnssplot PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets PRIVATE Qt5::Concurrent)
 target_include_directories(gnssplot PUBLIC
     "$<BUILD_INTERFACE:${GNSSPLOT_INCLUDE_DIRS}>"
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/gnssplot>")
@@ -52,4 +47,4 @@ target_include_directories(gnssplot PUBLIC
 add_library(gnssplot_internal STATIC $<TARGET_OBJECTS:gnssplot_objects>)
 target_compile_definitions(gnssplot_internal INTERFACE GNSSPLOT_STATIC)
 target_include_directories(gnssplot_internal PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
-target_link_libraries(gnssplot_internal PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets)
+target_link_libraries(gnssplot_internal PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Concurrent)

@@ -1,15 +1,18 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_Curve_p.h"
 
 #include "AxisData.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
-#include "StrokeRaster_p.h"
+#include "CoordMapping_p.h"
+#include "CurveRaster_p.h"
 
 #include <QPaintEngine>
 #include <QPainter>
-#include <QWidget>
+#include <QtConcurrent>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 CurveGraphicsItem_Curve::CurveGraphicsItem_Curve(CurveScene* curveScene, Curve_Coord* coord,
@@ -23,20 +26,20 @@ CurveGraphicsItem_Curve::CurveGraphicsItem_Curve(CurveScene* curveScene, Curve_C
     , m_listen(true)
 {
     if (curveScene) {
-        connect(curveScene, SIGNAL(sgLocalCoordChanged()), this, SLOT(onScene_coordChanged()),
-                Qt::UniqueConnection);
-        connect(curveScene, SIGNAL(sgCurveShowParamChanged(QString)), this,
-                SLOT(onScene_curveShowParamChanged(QString)), Qt::UniqueConnection);
+        connect(curveScene, &CurveScene::sgLocalCoordChanged, this,
+                &CurveGraphicsItem_Curve::onScene_coordChanged, Qt::UniqueConnection);
+        connect(curveScene, &CurveScene::sgCurveShowParamChanged, this,
+                &CurveGraphicsItem_Curve::onScene_curveShowParamChanged, Qt::UniqueConnection);
     }
     if (coord) {
-        connect(coord, SIGNAL(sgCoordAreaChanged()), this, SLOT(onCoord_areaChanged()),
-                Qt::UniqueConnection);
+        connect(coord, &Curve_Coord::sgCoordAreaChanged, this,
+                &CurveGraphicsItem_Curve::onCoord_areaChanged, Qt::UniqueConnection);
     }
     if (dataSet) {
-        connect(dataSet, SIGNAL(sgAxisAreaChanged(int)), this, SLOT(onAxis_areaChanged(int)),
-                Qt::UniqueConnection);
-        connect(dataSet, SIGNAL(sgAxisDataChanged(int)), this, SLOT(onAxis_dataChanged(int)),
-                Qt::UniqueConnection);
+        connect(dataSet, &Curve_DataSet::sgAxisAreaChanged, this,
+                &CurveGraphicsItem_Curve::onAxis_areaChanged, Qt::UniqueConnection);
+        connect(dataSet, &Curve_DataSet::sgAxisDataChanged, this,
+                &CurveGraphicsItem_Curve::onAxis_dataChanged, Qt::UniqueConnection);
     }
 }
 
@@ -52,6 +55,11 @@ void CurveGraphicsItem_Curve::setDataArea(double, double)
 {
 }
 
+void CurveGraphicsItem_Curve::invalidate(Change)
+{
+    rebuildPolylines();
+}
+
 void CurveGraphicsItem_Curve::rebindCoord()
 {
     // The coordinate the item was made with may be gone already (the registry
@@ -61,13 +69,13 @@ void CurveGraphicsItem_Curve::rebindCoord()
     if (current == m_coord.data())
         return;
     if (m_coord) {
-        disconnect(m_coord.data(), SIGNAL(sgCoordAreaChanged()), this,
-                   SLOT(onCoord_areaChanged()));
+        disconnect(m_coord.data(), &Curve_Coord::sgCoordAreaChanged, this,
+                   &CurveGraphicsItem_Curve::onCoord_areaChanged);
     }
     m_coord = current;
     if (current) {
-        connect(current, SIGNAL(sgCoordAreaChanged()), this, SLOT(onCoord_areaChanged()),
-                Qt::UniqueConnection);
+        connect(current, &Curve_Coord::sgCoordAreaChanged, this,
+                &CurveGraphicsItem_Curve::onCoord_areaChanged, Qt::UniqueConnection);
     }
 }
 
@@ -79,7 +87,7 @@ void CurveGraphicsItem_Curve::onScene_coordChanged()
     rebindCoord();
     if (!m_listen)
         return;
-    rebuildPolylines();
+    invalidate(Change::Area);
     update();
 }
 
@@ -95,7 +103,7 @@ void CurveGraphicsItem_Curve::onCoord_areaChanged()
 {
     if (!m_listen)
         return;
-    rebuildPolylines();
+    invalidate(Change::Area);
     update();
 }
 
@@ -103,7 +111,7 @@ void CurveGraphicsItem_Curve::onAxis_areaChanged(int)
 {
     if (!m_listen)
         return;
-    rebuildPolylines();
+    invalidate(Change::Data);
     update();
 }
 
@@ -111,7 +119,7 @@ void CurveGraphicsItem_Curve::onAxis_dataChanged(int)
 {
     if (!m_listen)
         return;
-    rebuildPolylines();
+    invalidate(Change::Data);
     update();
 }
 
@@ -146,6 +154,8 @@ CurveGraphicsItem_Curve_XY::CurveGraphicsItem_Curve_XY(CurveScene* curveScene,
     setFlag(QGraphicsItem::ItemClipsToShape, true);
 }
 
+CurveGraphicsItem_Curve_XY::~CurveGraphicsItem_Curve_XY() = default;
+
 int CurveGraphicsItem_Curve_XY::toPixel(double v)
 {
     if (std::isnan(v))
@@ -160,12 +170,14 @@ int CurveGraphicsItem_Curve_XY::toPixel(double v)
 void CurveGraphicsItem_Curve_XY::setVisibleSelection(const QMap<QString, bool>& selection)
 {
     m_visibleSelection = selection;
+    pixelsChanged();
     update();
 }
 
 void CurveGraphicsItem_Curve_XY::setSingleShow(bool bSingle)
 {
     recolourYPens(bSingle);
+    pixelsChanged();
     update();
 }
 
@@ -178,204 +190,191 @@ void CurveGraphicsItem_Curve_XY::setDataArea(double w, double h)
     m_dataAreaWidth = width;
     m_dataAreaHeight = height;
     m_yDown = (h < 0.0);
-    rebuildPolylines();
+    invalidate(Change::Area);
     update();
+}
+
+void CurveGraphicsItem_Curve_XY::invalidate(Change change)
+{
+    if (change == Change::Data) {
+        ++m_dataVersion;
+        m_runsValid = false;
+    }
+    m_polylinesValid = false;
+    // The number of Y indexes is taken when the change arrives, as an eager
+    // rebuild would: pens sized before it stay as they are.
+    m_coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    const bool drawable = m_coordXY && m_dataSetXY && m_dataSetXY->getAxisData(0);
+    m_yIndexes = drawable ? std::max(0, m_dataSetXY->getAxisNum() - 1) : 0;
+    pixelsChanged();
+}
+
+void CurveGraphicsItem_Curve_XY::pixelsChanged()
+{
+    ++m_version;
 }
 
 namespace {
 
-// Empties a run cache but keeps its lists and the runs' capacity, so that a
-// rebuild of data of the same shape allocates nothing.
-void resetRuns(QVector<QList<QPolygon>>& cache, int n)
+// Device pixel of a device coordinate, saturated so that the line rule's
+// arithmetic stays within 64 bits.
+inline int devicePixel(double scale, double offset, int itemPixel)
 {
-    cache.resize(n);
-    for (QList<QPolygon>& runs : cache) {
-        for (QPolygon& run : runs)
-            run.resize(0);
-    }
+    const double v = std::floor(scale * itemPixel + offset);
+    const double limit = CurveRaster::kCoordLimit;
+    return int(std::min(std::max(v, -limit), limit));
 }
 
-// Whether two rectangles agree but for rounding in mapping back and forth.
-bool sameRect(const QRectF& a, const QRectF& b)
+// The whole device in device pixels.
+QRect devicePixels(const QPainter* painter)
 {
-    const double tolerance = 1e-6 * (1.0 + std::abs(b.width()) + std::abs(b.height()));
-    return std::abs(a.left() - b.left()) <= tolerance && std::abs(a.top() - b.top()) <= tolerance
-           && std::abs(a.right() - b.right()) <= tolerance
-           && std::abs(a.bottom() - b.bottom()) <= tolerance;
+    const QPaintDevice* device = painter->device();
+    if (!device)
+        return QRect();
+    // Images and pixmaps measure themselves in pixels; widgets in logical
+    // units.
+    const int type = device->devType();
+    if (type == QInternal::Image || type == QInternal::Pixmap)
+        return QRect(0, 0, device->width(), device->height());
+    const double ratio = device->devicePixelRatioF();
+    return QRect(0, 0, int(std::ceil(device->width() * ratio)),
+                 int(std::ceil(device->height() * ratio)));
 }
 
-// Drops the runs past the last one used by this rebuild.
-void trimRuns(QList<QPolygon>& runs, int used)
+bool near(double a, double b)
 {
-    while (runs.size() > used)
-        runs.removeLast();
+    return std::abs(a - b) <= 1e-9 * (1.0 + std::abs(a) + std::abs(b));
 }
 
-// Appends to \a out the points of \a run that can change an opaque, aliased
-// drawing of it. Consecutive points with one x form a column; every segment
-// inside a column is vertical at that x, and together they cover every row
-// from the column's smallest to its largest y whatever their order. Which
-// rows a line rasteriser adds or leaves out at a segment's ends (the shared
-// end pixel of two segments, a pixel more or less where the direction turns)
-// reaches at most one row beyond those ends, so it can change the image only
-// next to the column's extreme rows. A column therefore keeps:
-// - its head and tail up to the second change of position, so that the
-//   segments entering and leaving it, their caps and joins, and the line
-//   state they hand on stay as they were (also where x goes backwards);
-// - every point within one row of the column's smallest or largest y, with
-//   its neighbours, so that each segment that reaches those rows is drawn
-//   from the very same points.
-// The points left out lie between kept points two rows or more inside the
-// extremes; the straight segment that replaces them covers rows that stay
-// covered anyway.
-void reduceRun(const QPolygon& run, QPolygon& out)
-{
-    const int n = run.size();
-    const QPoint* p = run.constData();
-    int begin = 0;
-    while (begin < n) {
-        const int x = p[begin].x();
-        int end = begin + 1;
-        int lo = p[begin].y();
-        int hi = lo;
-        while (end < n && p[end].x() == x) {
-            lo = std::min(lo, p[end].y());
-            hi = std::max(hi, p[end].y());
-            ++end;
-        }
-        if (end - begin <= 6) {
-            for (int i = begin; i < end; ++i)
-                out.append(p[i]);
-            begin = end;
-            continue;
-        }
-        // Head and tail: through the second point that differs from the one
-        // before it (repeated points draw nothing and hand the state on).
-        int head = begin;
-        for (int changes = 0; head + 1 < end && changes < 2; ++head)
-            changes += p[head + 1] != p[head] ? 1 : 0;
-        int tail = end - 1;
-        for (int changes = 0; tail - 1 > begin && changes < 2; --tail)
-            changes += p[tail - 1] != p[tail] ? 1 : 0;
-        const auto near = [p, lo, hi](int i) {
-            return p[i].y() - lo <= 1 || hi - p[i].y() <= 1;
-        };
-        bool nearPrev = false;
-        bool nearHere = near(begin);
-        for (int i = begin; i < end; ++i) {
-            const bool nearNext = i + 1 < end && near(i + 1);
-            if (i <= head || i >= tail || nearPrev || nearHere || nearNext)
-                out.append(p[i]);
-            nearPrev = nearHere;
-            nearHere = nearNext;
-        }
-        begin = end;
-    }
-}
+// Layers larger than this many pixels are not made; such targets are drawn
+// straight through the painter.
+constexpr qint64 kMaxLayerPixels = qint64(1) << 26;
 
 } // namespace
 
-void CurveGraphicsItem_Curve_XY::rebuildPolylines()
+bool CurveGraphicsItem_Curve_XY::takeSource()
 {
-    // Follow the base's binding, which moves to the registry's current
-    // coordinate when the old one is replaced.
     m_coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    Source source;
     const AxisData* xAxis = (m_coordXY && m_dataSetXY) ? m_dataSetXY->getAxisData(0) : nullptr;
-    const int n = xAxis ? m_dataSetXY->getAxisNum() - 1 : 0;
-    if (n < 1) {
-        m_polylines.clear();
-        return;
+    if (xAxis && m_yIndexes > 0) {
+        source.yIndexes = m_yIndexes;
+        m_coordXY->getArea(source.xMin, source.xMax, source.yMin, source.yMax);
+        source.xs = xAxis->getData(0, nullptr);
+        const qint64 xCount = xAxis->getArea(nullptr, nullptr);
+        const int available = m_dataSetXY->getAxisNum() - 1;
+        for (int k = 0; k < std::min(m_yIndexes, available); ++k) {
+            const AxisData* yAxis = m_dataSetXY->getAxisData(k + 1);
+            if (!yAxis)
+                break;
+            const qint64 count = std::min({xCount, yAxis->getArea(nullptr, nullptr),
+                                           kMaxSamples});
+            if (count < 1)
+                break;
+            source.ys.push_back(yAxis->getData(0, nullptr));
+            source.counts.push_back(count);
+        }
     }
-    resetRuns(m_polylines, n);
-    // The points worked out for the old runs no longer apply; their
-    // buffers are kept for the new ones.
-    for (QVector<DrawnRun>& runs : m_drawn) {
-        for (DrawnRun& drawn : runs)
-            drawn.mode = DrawnRun::Unknown;
+    // Samples that moved or changed in number without the item hearing of
+    // it (while it was not listening) must never be read through runs made
+    // for the old ones.
+    if (source.xs != m_source.xs || source.ys != m_source.ys
+        || source.counts != m_source.counts) {
+        ++m_dataVersion;
+        m_runsValid = false;
+        m_polylinesValid = false;
+        pixelsChanged();
     }
-
-    const qint64 xCount = xAxis->getArea(nullptr, nullptr);
-    const double* xs = xAxis->getData(0, nullptr);
-    int k = 0;
-    for (; k < n; ++k) {
-        const int userType = k + 1;
-        const AxisData* yAxis = m_dataSetXY->getAxisData(userType);
-        if (!yAxis)
-            break;
-        std::set<qint64> breaks;
-        m_dataSetXY->getAxisBreakInfo(userType, breaks);
-        qint64 count = std::min(xCount, yAxis->getArea(nullptr, nullptr));
-        if (count < 1)
-            break;
-        count = std::min(count, kMaxSamples);
-        const double* ys = yAxis->getData(0, nullptr);
-        Q_ASSERT(xs && ys);
-        breaks.insert(count - 1);
-        mapAndCut(count, xs, ys, breaks, m_polylines[k]);
-    }
-    // A missing or empty Y axis ends the rebuild: it and every later one
-    // keep no runs.
-    for (; k < n; ++k)
-        m_polylines[k].clear();
+    m_source = std::move(source);
+    return m_source.yIndexes > 0;
 }
 
-void CurveGraphicsItem_Curve_XY::mapAndCut(qint64 count, const double* xs, const double* ys,
-                                           const std::set<qint64>& breaks,
-                                           QList<QPolygon>& runs) const
+void CurveGraphicsItem_Curve_XY::updateRuns()
 {
-    // One pass from samples to integer points, with the arithmetic of
-    // Curve_Coord_XY::map in the same order (subtract, divide by the range,
-    // multiply by the extent, offset), so every truncated pixel is the one
-    // that map() followed by truncation gives.
-    double xMin, xMax, yMin, yMax;
-    m_coordXY->getArea(xMin, xMax, yMin, yMax);
-    const QRectF rect = boundingRect();
-    const double left = rect.left();
-    const double top = rect.top();
-    const double bottom = rect.top() + rect.height();
-    const double width = rect.width();
-    const double height = rect.height();
-    const double rx = xMax - xMin;
-    const double ry = yMax - yMin;
-    const double yBase = m_yDown ? top : bottom;
-    const double ySign = m_yDown ? 1.0 : -1.0;
-    const double limit = kPixelLimit;
-
-    int used = 0;
-    qint64 start = 0;
-    for (const qint64 b : breaks) {
+    if (m_runsValid)
+        return;
+    m_runs.assign(m_source.ys.size(), {});
+    for (size_t k = 0; k < m_source.ys.size(); ++k) {
+        const qint64 count = m_source.counts[k];
+        std::set<qint64> breaks;
+        m_dataSetXY->getAxisBreakInfo(int(k) + 1, breaks);
         // The Y axis may be longer than the X axis and carry breaks past the
-        // last common sample; count - 1 is always in the set and ends the walk.
-        if (b >= count)
-            break;
-        if (runs.size() <= used)
-            runs.append(QPolygon());
-        QPolygon& run = runs[used];
-        const int needed = int(b - start + 1);
-        if (run.size() < needed)
-            run.resize(needed);
-        QPoint* out = run.data();
-        int m = 0;
-        for (qint64 j = start; j <= b; ++j) {
-            const double px = ((xs[j] - xMin) / rx) * width + left;
-            // yBase + ySign * t is top + t or bottom - t exactly: multiplying
-            // by +-1 and adding a negated value round as the subtraction does.
-            const double py = yBase + ySign * (((ys[j] - yMin) / ry) * height);
-            // A missing value leaves a gap in the samples but not in the run:
-            // its neighbours are joined directly. A NaN X has no place on the
-            // axis, nor has a value whose mapping overflowed; both are dropped
-            // the same way.
-            if (std::isnan(px) || std::isnan(py))
-                continue;
-            out[m++] = QPoint(int(std::min(std::max(px, -limit), limit)),
-                              int(std::min(std::max(py, -limit), limit)));
+        // last common sample; count - 1 always ends the last run.
+        breaks.insert(count - 1);
+        qint64 start = 0;
+        for (const qint64 b : breaks) {
+            if (b >= count)
+                break;
+            m_runs[k].push_back(Run{start, b, -1});
+            start = b + 1;
         }
-        run.resize(m);
-        start = b + 1;
-        if (m > 0)
-            ++used;
     }
-    trimRuns(runs, used);
+    m_runsValid = true;
+}
+
+void CurveGraphicsItem_Curve_XY::countPoints()
+{
+    const double* xs = m_source.xs;
+    for (size_t k = 0; k < m_runs.size(); ++k) {
+        const double* ys = m_source.ys[k];
+        for (Run& run : m_runs[k]) {
+            if (run.points >= 0)
+                continue;
+            qint64 points = 0;
+            for (qint64 j = run.begin; j <= run.end; ++j)
+                points += (std::isnan(xs[j]) || std::isnan(ys[j])) ? 0 : 1;
+            run.points = points;
+        }
+    }
+}
+
+void CurveGraphicsItem_Curve_XY::mapRun(const Run& run, const double* ys, QPolygon& out) const
+{
+    // The pixel of a sample is that of Curve_Coord_XY::map, truncated.
+    const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
+                               m_source.yMax, m_yDown);
+    const double* xs = m_source.xs;
+    out.resize(int(run.end - run.begin + 1));
+    QPoint* points = out.data();
+    int m = 0;
+    for (qint64 j = run.begin; j <= run.end; ++j) {
+        const double px = mapping.mapX(xs[j]);
+        const double py = mapping.mapY(ys[j]);
+        // A missing value leaves a gap in the samples but not in the run:
+        // its neighbours are joined directly. A NaN X has no place on the
+        // axis, nor has a value whose mapping overflowed; both are dropped
+        // the same way.
+        if (std::isnan(px) || std::isnan(py))
+            continue;
+        points[m++] = QPoint(toPixel(px), toPixel(py));
+    }
+    out.resize(m);
+}
+
+void CurveGraphicsItem_Curve_XY::rebuildPolylines()
+{
+    const bool drawable = takeSource();
+    m_polylines.clear();
+    m_polylinesValid = true;
+    if (!drawable)
+        return;
+    updateRuns();
+    m_polylines.resize(m_yIndexes);
+    for (size_t k = 0; k < m_runs.size(); ++k) {
+        for (const Run& run : m_runs[k]) {
+            QPolygon points;
+            mapRun(run, m_source.ys[k], points);
+            if (!points.isEmpty())
+                m_polylines[int(k)].append(points);
+        }
+    }
+}
+
+const QVector<QList<QPolygon>>& CurveGraphicsItem_Curve_XY::polylines() const
+{
+    if (!m_polylinesValid)
+        const_cast<CurveGraphicsItem_Curve_XY*>(this)->rebuildPolylines();
+    return m_polylines;
 }
 
 void CurveGraphicsItem_Curve_XY::applyShowParam()
@@ -392,6 +391,7 @@ void CurveGraphicsItem_Curve_XY::applyShowParam()
     m_pen = QPen(color);
     m_pen.setWidth(0);
     recolourYPens(false);
+    pixelsChanged();
     setVisible(visible);
 }
 
@@ -399,11 +399,12 @@ void CurveGraphicsItem_Curve_XY::setPenColor(const QColor& color)
 {
     m_pen = QPen(color);
     m_pen.setWidth(0);
+    pixelsChanged();
 }
 
 void CurveGraphicsItem_Curve_XY::recolourYPens(bool bSingle)
 {
-    m_yPens.resize(m_polylines.size());
+    m_yPens.resize(m_yIndexes);
     const qint64 red = m_pen.color().red();
     const qint64 green = m_pen.color().green();
     for (int k = 0; k < m_yPens.size(); ++k) {
@@ -430,96 +431,129 @@ QRectF CurveGraphicsItem_Curve_XY::boundingRect() const
     return QRectF(0.0, -m_dataAreaHeight, m_dataAreaWidth, m_dataAreaHeight);
 }
 
-bool CurveGraphicsItem_Curve_XY::canDrawReduced(const QPainter* painter, const QPen& pen) const
+bool CurveGraphicsItem_Curve_XY::LayerTarget::matches(const LayerTarget& other) const
 {
-    // The reduced runs cover the same pixels as the full ones; they give the
-    // same image only where a pixel's colour does not depend on how often or
-    // in which order it is covered within one run, and where the engine
-    // decides coverage per pixel:
-    // - a raster engine without antialiasing (a vector device such as a
-    //   printer records every segment; coverage would blend edges);
-    // - a plain scale and offset, so that a column stays a vertical line;
-    // - either a wide stroke, which Qt outlines and fills once as a whole, so
-    //   the union of the segments decides; or a one-pixel cosmetic line in an
-    //   opaque solid colour painted over the target, where a pixel drawn twice
-    //   looks as one drawn once.
-    if (!m_reducedDrawing || painter->testRenderHint(QPainter::Antialiasing))
-        return false;
-    const QPaintEngine* engine = painter->paintEngine();
-    if (!engine || engine->type() != QPaintEngine::Raster)
-        return false;
-    const QTransform transform = painter->deviceTransform();
-    if (transform.type() > QTransform::TxScale || pen.style() != Qt::SolidLine
-        || pen.brush().style() != Qt::SolidPattern)
-        return false;
-    const double scale = std::max(std::abs(transform.m11()), std::abs(transform.m22()));
-    const bool wide = !pen.isCosmetic() && pen.widthF() * scale > 1.0 + 1e-9;
-    if (wide)
-        return true;
-    return painter->compositionMode() == QPainter::CompositionMode_SourceOver
-           && pen.color().alpha() == 255 && transform.type() <= QTransform::TxTranslate;
+    return bounds == other.bounds && near(m11, other.m11) && near(m22, other.m22)
+           && near(dx, other.dx) && near(dy, other.dy);
 }
 
-const QPolygon& CurveGraphicsItem_Curve_XY::pointsToDraw(int k, int r, const QPainter* painter,
-                                                         const QPen& pen)
+bool CurveGraphicsItem_Curve_XY::layerTargetFor(const QTransform& deviceTransform,
+                                                const QRect& device, LayerTarget* target) const
 {
-    const QPolygon& run = m_polylines.at(k).at(r);
-    if (!m_reducedDrawing)
-        return run;
-    StrokeTarget target;
-    DrawnRun::Mode mode = DrawnRun::Every;
-    if (canDrawReduced(painter, pen))
-        mode = DrawnRun::Columns;
-    else if (StrokeTarget::forPainter(painter, pen, &target))
-        mode = DrawnRun::Stroke;
-    if (mode == DrawnRun::Every)
-        return run;
-    if (m_drawn.size() != m_polylines.size())
-        m_drawn.resize(m_polylines.size());
-    QVector<DrawnRun>& runs = m_drawn[k];
-    if (runs.size() != m_polylines.at(k).size())
-        runs.resize(m_polylines.at(k).size());
-    DrawnRun& drawn = runs[r];
-    if (drawn.mode != mode || (mode == DrawnRun::Stroke && drawn.target != target)) {
-        drawn.mode = mode;
-        drawn.target = target;
-        if (mode == DrawnRun::Columns) {
-            drawn.points.clear();
-            reduceRun(run, drawn.points);
-            drawn.reduced = drawn.points.size() < run.size();
-        } else {
-            drawn.reduced = reduceStroke(run, target, drawn.points);
-        }
+    if (deviceTransform.type() > QTransform::TxScale)
+        return false;
+    LayerTarget t;
+    t.m11 = deviceTransform.m11();
+    t.m22 = deviceTransform.m22();
+    t.dx = deviceTransform.dx();
+    t.dy = deviceTransform.dy();
+    if (!(std::isfinite(t.m11) && std::isfinite(t.m22) && std::isfinite(t.dx)
+          && std::isfinite(t.dy) && t.m11 != 0.0 && t.m22 != 0.0))
+        return false;
+    QRectF covered = QRectF(device);
+    // Inside a scene the item is clipped to its shape, so the layer need
+    // not reach beyond it; painted on its own it may spill anywhere.
+    if (scene() && (flags() & QGraphicsItem::ItemClipsToShape))
+        covered = covered.intersected(deviceTransform.mapRect(boundingRect().normalized()));
+    if (covered.isEmpty()) {
+        t.bounds = QRect();
+    } else {
+        const double left = std::floor(covered.left());
+        const double top = std::floor(covered.top());
+        const double right = std::ceil(covered.right());
+        const double bottom = std::ceil(covered.bottom());
+        if ((right - left) * (bottom - top) > double(kMaxLayerPixels))
+            return false;
+        t.bounds = QRect(int(left), int(top), int(right - left), int(bottom - top));
     }
-    return drawn.reduced ? drawn.points : run;
+    *target = t;
+    return true;
 }
 
-void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
-                                       QWidget* widget)
+void CurveGraphicsItem_Curve_XY::countRun(const Run& run, const double* ys,
+                                          const LayerTarget& target,
+                                          CurveRaster::Counter& counter) const
 {
-    if (m_polylines.isEmpty())
+    const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
+                               m_source.yMax, m_yDown);
+    const qint32* columns = m_columns.data();
+    bool first = true;
+    int c0 = 0;
+    int r0 = 0;
+    for (qint64 j = run.begin; j <= run.end; ++j) {
+        const int c = columns[j];
+        const double y = ys[j];
+        if (c == INT_MIN || std::isnan(y))
+            continue;
+        const double py = mapping.mapY(y);
+        if (std::isnan(py))
+            continue;
+        const int r = devicePixel(target.m22, target.dy, toPixel(py));
+        if (first)
+            counter.point(c, r);
+        else if (c == c0)
+            counter.column(c, r0, r);
+        else
+            counter.segment(c0, r0, c, r);
+        first = false;
+        c0 = c;
+        r0 = r;
+    }
+}
+
+void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
+{
+    qint64 count = 0;
+    for (const qint64 c : m_source.counts)
+        count = std::max(count, c);
+    const ColumnsKey key{m_source.xMin, m_source.xMax, target.m11, target.dx,
+                         m_dataAreaWidth, count, m_dataVersion};
+    if (key.xMin == m_columnsKey.xMin && key.xMax == m_columnsKey.xMax && key.m11 == m_columnsKey.m11
+        && key.dx == m_columnsKey.dx && key.width == m_columnsKey.width
+        && key.count == m_columnsKey.count && key.dataVersion == m_columnsKey.dataVersion)
         return;
-    painter->save();
-    // Long translucent runs are counted and blended straight into the
-    // image where the painter's clip is known; what is left goes through
-    // Qt. A view paints its items with a painter on its viewport and no clip
-    // of its own, so there the only clip is the one the scene sets for this
-    // item's shape.
-    StrokeRaster raster;
-    bool counted = false;
-    if (m_reducedDrawing) {
-        const QRectF rect = boundingRect();
-        if (!painter->hasClipping()) {
-            counted = raster.begin(painter, nullptr);
-        } else if (widget && painter->device() == widget && scene()
-                   && (flags() & QGraphicsItem::ItemClipsToShape)
-                   && sameRect(painter->clipBoundingRect(), rect)) {
-            counted = raster.begin(painter, &rect);
-        }
+    const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
+                               m_source.yMax, m_yDown);
+    m_columns.resize(size_t(count));
+    const double* xs = m_source.xs;
+    for (qint64 j = 0; j < count; ++j) {
+        const double px = mapping.mapX(xs[j]);
+        m_columns[size_t(j)] = std::isnan(px) ? INT_MIN
+                                              : devicePixel(target.m11, target.dx, toPixel(px));
     }
-    painter->setPen(m_pen);
+    m_columnsKey = key;
+}
+
+void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
+{
+    m_layerTarget = target;
+    m_layerVersion = m_version;
+    const QRect bounds = target.bounds;
+    if (bounds.isEmpty()) {
+        m_layer = QImage();
+        return;
+    }
+    if (m_layer.size() != bounds.size())
+        m_layer = QImage(bounds.size(), QImage::Format_ARGB32_Premultiplied);
+    m_layer.fill(0);
+    countPoints();
+    updateColumns(target);
+
+    // One counter per thread, kept between builds: it is large (four bytes
+    // a pixel) and zeroed again by each resolve.
+    thread_local CurveRaster::Counter counter;
+    QPainter painter;
+    const QTransform toLayer(target.m11, 0.0, 0.0, target.m22, target.dx - bounds.left(),
+                             target.dy - bounds.top());
+    const auto beginPainter = [&]() {
+        if (!painter.isActive()) {
+            painter.begin(&m_layer);
+            painter.setTransform(toLayer);
+        }
+    };
+    QPen inForce = m_pen;
     auto selection = m_visibleSelection.cbegin();
-    for (int k = 0; k < m_polylines.size(); ++k) {
+    for (int k = 0; k < m_yIndexes; ++k) {
         // Y indexes beyond the selection's entries have no say in it and are
         // drawn, as with an empty selection.
         if (selection != m_visibleSelection.cend()) {
@@ -528,10 +562,186 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
             if (!shown)
                 continue;
         }
-        raster.flush();
+        if (k < m_yPens.size())
+            inForce = m_yPens.at(k);
+        if (size_t(k) >= m_runs.size())
+            continue;
+        const double* ys = m_source.ys[size_t(k)];
+        const std::vector<Run>& runs = m_runs[size_t(k)];
+        QPolygon points;
+        if (m_showCap == ECurveShowCap_Point) {
+            beginPainter();
+            QPen pen = inForce;
+            pen.setWidthF(2.0);
+            painter.setPen(pen);
+            for (const Run& run : runs) {
+                mapRun(run, ys, points);
+                painter.drawPoints(points);
+            }
+            continue;
+        }
+        // Thin runs first, counted; they blend into the layer once.
+        bool counted = false;
+        for (const Run& run : runs) {
+            if (run.points < kThinRun)
+                continue;
+            if (!counted)
+                counter.begin(bounds);
+            counted = true;
+            countRun(run, ys, target, counter);
+        }
+        if (counted) {
+            if (painter.isActive())
+                painter.end();
+            const CurveRaster::BlendTable table(
+                CurveRaster::premultiply(inForce.color().rgba()));
+            uchar* bits = m_layer.bits();
+            const qsizetype stride = m_layer.bytesPerLine();
+            counter.resolve([&](int col, int row, quint32 n) {
+                auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + col;
+                *pixel = CurveRaster::over(table(n), *pixel);
+            });
+        }
+        // Then the short runs, drawn 1 to 2 pixels wide as outlines Qt
+        // fills once, and single points.
+        for (const Run& run : runs) {
+            if (run.points < 1 || run.points >= kThinRun)
+                continue;
+            mapRun(run, ys, points);
+            const int n = points.size();
+            if (n == 0)
+                continue;
+            beginPainter();
+            QPen pen = inForce;
+            if (n == 1) {
+                pen.setWidthF(4.0);
+                painter.setPen(pen);
+                painter.drawPoints(points);
+                continue;
+            }
+            // Long runs are drawn thinner so that dense data stays readable.
+            pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
+            painter.setPen(pen);
+            painter.drawPolyline(points);
+        }
+    }
+}
+
+bool CurveGraphicsItem_Curve_XY::layerIsCurrent(const LayerTarget& target) const
+{
+    return m_layerVersion == m_version && m_layerTarget.matches(target);
+}
+
+void CurveGraphicsItem_Curve_XY::prepareLayers(const QVector<CurveGraphicsItem_Curve_XY*>& items,
+                                               const QVector<LayerTarget>& targets)
+{
+    // Everything that reads objects happens here, on the GUI thread; the
+    // builds touch only their own item and the sample arrays.
+    QVector<CurveGraphicsItem_Curve_XY*> jobs;
+    QVector<LayerTarget> jobTargets;
+    for (int i = 0; i < items.size() && i < targets.size(); ++i) {
+        CurveGraphicsItem_Curve_XY* item = items.at(i);
+        if (!item->takeSource() || item->layerIsCurrent(targets.at(i)))
+            continue;
+        item->updateRuns();
+        jobs.append(item);
+        jobTargets.append(targets.at(i));
+    }
+    if (jobs.size() == 1) {
+        jobs.first()->buildLayer(jobTargets.first());
+        return;
+    }
+    QVector<int> order(jobs.size());
+    std::iota(order.begin(), order.end(), 0);
+    QtConcurrent::blockingMap(order, [&jobs, &jobTargets](int i) {
+        jobs.at(i)->buildLayer(jobTargets.at(i));
+    });
+}
+
+void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
+                                       QWidget*)
+{
+    if (!takeSource())
+        return;
+    const QPaintEngine* engine = painter->paintEngine();
+    if (!engine)
+        return;
+    const QTransform transform = painter->deviceTransform();
+    const bool raster = engine->type() == QPaintEngine::Raster;
+    LayerTarget target;
+    if (raster && !painter->testRenderHint(QPainter::Antialiasing)
+        && painter->compositionMode() == QPainter::CompositionMode_SourceOver
+        && layerTargetFor(transform, devicePixels(painter), &target)) {
+        if (!layerIsCurrent(target)) {
+            updateRuns();
+            buildLayer(target);
+        }
+        if (m_layer.isNull())
+            return;
+        painter->save();
+        // Device pixels one to one: the layer was made at device resolution.
+        painter->setWorldTransform(transform.inverted() * painter->worldTransform());
+        painter->drawImage(m_layerTarget.bounds.topLeft(), m_layer);
+        painter->restore();
+        return;
+    }
+    painter->save();
+    drawRuns(painter, !raster);
+    painter->restore();
+}
+
+namespace {
+
+// The points of a thin run that a vector device needs: per device-pixel
+// column the first, lowest, highest and last point, in the run's order.
+void reduceToColumns(const QPolygon& run, const QTransform& transform, QPolygon& out)
+{
+    out.clear();
+    const int n = run.size();
+    int begin = 0;
+    const auto column = [&](int i) {
+        return std::floor(transform.map(QPointF(run.at(i))).x());
+    };
+    while (begin < n) {
+        const double c = column(begin);
+        int end = begin + 1;
+        int lo = begin;
+        int hi = begin;
+        while (end < n && column(end) == c) {
+            if (run.at(end).y() < run.at(lo).y())
+                lo = end;
+            if (run.at(end).y() > run.at(hi).y())
+                hi = end;
+            ++end;
+        }
+        int keep[4] = {begin, std::min(lo, hi), std::max(lo, hi), end - 1};
+        for (int i = 0; i < 4; ++i) {
+            if (i == 0 || keep[i] != keep[i - 1])
+                out.append(run.at(keep[i]));
+        }
+        begin = end;
+    }
+}
+
+} // namespace
+
+void CurveGraphicsItem_Curve_XY::drawRuns(QPainter* painter, bool reduceThin) const
+{
+    const QVector<QList<QPolygon>>& cache = polylines();
+    const QTransform transform = painter->deviceTransform();
+    painter->setPen(m_pen);
+    QPolygon reduced;
+    auto selection = m_visibleSelection.cbegin();
+    for (int k = 0; k < cache.size(); ++k) {
+        if (selection != m_visibleSelection.cend()) {
+            const bool shown = selection.value();
+            ++selection;
+            if (!shown)
+                continue;
+        }
         if (k < m_yPens.size())
             painter->setPen(m_yPens.at(k));
-        const QList<QPolygon>& runs = m_polylines.at(k);
+        const QList<QPolygon>& runs = cache.at(k);
         if (m_showCap == ECurveShowCap_Point) {
             QPen pen = painter->pen();
             pen.setWidthF(2.0);
@@ -540,27 +750,23 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
                 painter->drawPoints(run);
             continue;
         }
-        for (int r = 0; r < runs.size(); ++r) {
-            const QPolygon& run = runs.at(r);
+        for (const QPolygon& run : runs) {
             const int n = run.size();
             QPen pen = painter->pen();
             if (n == 1) {
-                raster.flush();
                 pen.setWidthF(4.0);
                 painter->setPen(pen);
                 painter->drawPoints(run);
                 continue;
             }
-            // Long runs are drawn thinner so that dense data stays readable.
             pen.setWidthF(qBound(1.0, 2.0 / (n / 1000.0), 2.0));
             painter->setPen(pen);
-            // Opaque and wide pens draw fastest from the per-column copy.
-            if (counted && !canDrawReduced(painter, pen) && raster.add(run, pen))
-                continue;
-            raster.flush();
-            painter->drawPolyline(pointsToDraw(k, r, painter, pen));
+            if (reduceThin && n >= kThinRun) {
+                reduceToColumns(run, transform, reduced);
+                painter->drawPolyline(reduced);
+            } else {
+                painter->drawPolyline(run);
+            }
         }
     }
-    raster.flush();
-    painter->restore();
 }

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H
 #define GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H
 
 #include "CurveScene.h"
-#include "StrokeReduction_p.h"
 
 #include <QGraphicsObject>
+#include <QImage>
 #include <QList>
 #include <QMap>
 #include <QPen>
@@ -14,12 +15,16 @@
 #include <QVector>
 
 #include <set>
+#include <vector>
 
 class Curve_Coord;
 class Curve_Coord_XY;
 class Curve_DataSet;
 class Curve_DataSet_XY;
 class QPainter;
+namespace CurveRaster {
+class Counter;
+}
 
 /*
     What every curve item needs: the registry, the coordinate, the curve's name
@@ -59,6 +64,12 @@ public:
     // Reads colour, drawing style and visibility from the registry.
     virtual void applyShowParam() = 0;
 
+protected:
+    // What a change of data or area means for the item's pixels; the base
+    // rebuilds at once, an item that caches lazily only takes note.
+    enum class Change { Data, Area };
+    virtual void invalidate(Change change);
+
 private slots:
     void onScene_coordChanged();
     void onScene_curveShowParamChanged(QString curveName);
@@ -80,10 +91,22 @@ protected:
 
 /*
     Draws the Y axes of a Curve_DataSet_XY against its X axis through a
-    Curve_Coord_XY. Keeps a cache of integer polylines in item pixels, rebuilt
-    on a change of data, area or size; paint() only draws the cache. Item
-    coordinates are the frame's: the data area spans x 0 .. width and
-    y -height .. 0.
+    Curve_Coord_XY. Item coordinates are the frame's: the data area spans
+    x 0 .. width and y -height .. 0.
+
+    Nothing is worked out when a signal arrives: data, area and size changes
+    only mark the item dirty and ask for a repaint, so a burst of them costs
+    one rebuild. Before the view paints, the dirty items of a scene are
+    rebuilt together, one per worker thread (prepareLayers()).
+
+    On a raster device without antialiasing the item paints one image, its
+    layer, at device-pixel resolution: long runs (drawn with the one-pixel
+    pen) are counted per pixel with the plot's own line rule (CurveRaster)
+    and turned into colour through a table of n-fold blends; short runs and
+    points are drawn into the same image with QPainter. Re-painting an
+    unchanged plot draws that image again and no segment. Vector devices get
+    real polylines, long runs reduced to the first, lowest, highest and last
+    point of each device-pixel column; antialiased painting gets every point.
 */
 class CurveGraphicsItem_Curve_XY : public CurveGraphicsItem_Curve
 {
@@ -92,10 +115,13 @@ public:
     CurveGraphicsItem_Curve_XY(CurveScene* curveScene, Curve_Coord* coord,
                                const QString& curveName, Curve_DataSet* dataSet,
                                QGraphicsItem* parent);
+    ~CurveGraphicsItem_Curve_XY() override;
 
     void setVisibleSelection(const QMap<QString, bool>& selection) override;
     void setSingleShow(bool bSingle) override;
     void setDataArea(double w, double h) override;
+    // Maps the samples into the data area and cuts them into integer runs
+    // now; polylines() does it on demand.
     void rebuildPolylines() override;
     void applyShowParam() override;
     // Pen colour for an item without registry, alpha kept as given.
@@ -105,18 +131,9 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
                QWidget* widget) override;
 
-    // Read access for the scene and for tests: every point of every run.
-    const QVector<QList<QPolygon>>& polylines() const { return m_polylines; }
-    // Lets tests have Qt draw every point, neither counted nor reduced.
-    void setReducedDrawingEnabled(bool bEnabled) { m_reducedDrawing = bEnabled; }
-    // Whether a polyline in \a pen may be drawn from its per-column copy
-    // (first, extremes, last) on this painter: only where that gives the
-    // very same pixels.
-    bool canDrawReduced(const QPainter* painter, const QPen& pen) const;
-    // The points of run \a r of Y index \a k that \a painter must draw with
-    // \a pen to give the pixels of the whole run; worked out on first use for
-    // a painter setup and kept until the next rebuild.
-    const QPolygon& pointsToDraw(int k, int r, const QPainter* painter, const QPen& pen);
+    // Every point of every run, in item pixels: entry k holds the runs of Y
+    // index k. Built on first use after a change.
+    const QVector<QList<QPolygon>>& polylines() const;
     const QVector<QPen>& yPens() const { return m_yPens; }
     const QPen& pen() const { return m_pen; }
     ECurveShowCap showCap() const { return m_showCap; }
@@ -124,6 +141,32 @@ public:
     int dataAreaWidth() const { return m_dataAreaWidth; }
     int dataAreaHeight() const { return m_dataAreaHeight; }
     bool isYDown() const { return m_yDown; }
+
+    // Where a layer is painted: the item-to-device transform (a scale and an
+    // offset) and the device pixels the layer covers.
+    struct LayerTarget
+    {
+        double m11 = 1.0;
+        double m22 = 1.0;
+        double dx = 0.0;
+        double dy = 0.0;
+        QRect bounds;
+        bool matches(const LayerTarget& other) const;
+    };
+    // The target for painting through \a deviceTransform onto a device of
+    // \a devicePixels; false when no layer can serve it (shear, rotation).
+    bool layerTargetFor(const QTransform& deviceTransform, const QRect& devicePixels,
+                        LayerTarget* target) const;
+    // Builds the layers of \a items that are out of date for their targets,
+    // concurrently on the global thread pool; returns when all are done.
+    // The images do not depend on the number of threads.
+    static void prepareLayers(const QVector<CurveGraphicsItem_Curve_XY*>& items,
+                              const QVector<LayerTarget>& targets);
+    // The layer as last built, and its top-left device pixel.
+    const QImage& layer() const { return m_layer; }
+    QPoint layerOrigin() const { return m_layerTarget.bounds.topLeft(); }
+    // Runs of this many points or more are drawn with the one-pixel pen.
+    static constexpr int kThinRun = 2000;
 
     // Pixel coordinates are kept within +-kPixelLimit so that every int
     // computed from them, also inside Qt, stays far from overflow.
@@ -135,27 +178,49 @@ public:
     // maps NaN to 0.
     static int toPixel(double v);
 
+protected:
+    void invalidate(Change change) override;
+
 private:
+    // A stretch of samples between breaks, and how many of them have a
+    // number on both axes.
+    struct Run
+    {
+        qint64 begin;
+        qint64 end;  // inclusive
+        qint64 points;
+    };
+    // What a rebuild reads, taken on the GUI thread so that the rebuild
+    // itself can run on any thread.
+    struct Source
+    {
+        const double* xs = nullptr;
+        std::vector<const double*> ys;  // Y indexes up to the first missing one
+        std::vector<qint64> counts;     // samples shared with the X axis
+        double xMin = 0.0;
+        double xMax = 0.0;
+        double yMin = 0.0;
+        double yMax = 0.0;
+        int yIndexes = 0;               // axis count - 1
+    };
+
+    bool takeSource();
+    void updateRuns();
+    void countPoints();
+    void updateColumns(const LayerTarget& target);
+    bool layerIsCurrent(const LayerTarget& target) const;
+    void buildLayer(const LayerTarget& target);
+    void countRun(const Run& run, const double* ys, const LayerTarget& target,
+                  CurveRaster::Counter& counter) const;
+    void mapRun(const Run& run, const double* ys, QPolygon& out) const;
+    void drawRuns(QPainter* painter, bool reduceThin) const;
     void recolourYPens(bool bSingle);
-    void mapAndCut(qint64 count, const double* xs, const double* ys,
-                   const std::set<qint64>& breaks, QList<QPolygon>& runs) const;
+    void pixelsChanged();
 
     QPointer<Curve_Coord_XY> m_coordXY;
     QPointer<Curve_DataSet_XY> m_dataSetXY;
-    QVector<QList<QPolygon>> m_polylines;
-    bool m_reducedDrawing = true;
-    // Per run, the points drawn in its place on the painter setup they were
-    // last worked out for (see pointsToDraw()). The full run's point count
-    // still sets the line width.
-    struct DrawnRun
-    {
-        enum Mode { Unknown, Every, Columns, Stroke };
-        Mode mode = Unknown;
-        StrokeTarget target;  // for Stroke
-        QPolygon points;
-        bool reduced = false;  // points holds fewer points than the run
-    };
-    QVector<QVector<DrawnRun>> m_drawn;
+    mutable QVector<QList<QPolygon>> m_polylines;
+    mutable bool m_polylinesValid = false;
     int m_dataAreaWidth;
     int m_dataAreaHeight;
     QPen m_pen;
@@ -163,6 +228,29 @@ private:
     ECurveShowCap m_showCap;
     QMap<QString, bool> m_visibleSelection;
     bool m_yDown;
+    // Y indexes as of the last change heard: what an eager rebuild would
+    // have made entries for.
+    int m_yIndexes = 0;
+
+    Source m_source;
+    std::vector<std::vector<Run>> m_runs;  // per Y index
+    bool m_runsValid = false;
+    // Device column of each X sample for the columns key below; INT_MIN
+    // where the sample has no place on the axis.
+    std::vector<qint32> m_columns;
+    struct ColumnsKey
+    {
+        double xMin = 0.0, xMax = 0.0, m11 = 0.0, dx = 0.0;
+        int width = -1;
+        qint64 count = -1;
+        quint64 dataVersion = 0;
+    } m_columnsKey;
+    quint64 m_dataVersion = 1;
+    // Bumped by every change that can alter a pixel of the item.
+    quint64 m_version = 1;
+    QImage m_layer;
+    LayerTarget m_layerTarget;
+    quint64 m_layerVersion = 0;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H

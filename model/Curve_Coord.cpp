@@ -1,5 +1,6 @@
 #include "Curve_Coord.h"
 #include "Curve_Coord_XY.h"
+#include "CoordMapping_p.h"
 
 #include <cmath>
 #include <limits>
@@ -47,24 +48,10 @@ int Curve_Coord_XY::areaSettedNumber() const
 void Curve_Coord_XY::map(const QRectF& rect, qint64 num, const double* xs, const double* ys,
                          double* pixelXs, double* pixelYs, bool bYDown) const
 {
-    const double left = rect.left();
-    const double top = rect.top();
-    const double bottom = rect.top() + rect.height();
-    const double width = rect.width();
-    const double height = rect.height();
-    const double rx = m_xMax - m_xMin;
-    const double ry = m_yMax - m_yMin;
-
-    // The order subtract, divide by the range, multiply by the extent, then
-    // offset is part of the contract: it fixes every rounded pixel.
+    const CoordMapping mapping(rect, m_xMin, m_xMax, m_yMin, m_yMax, bYDown);
     for (qint64 i = 0; i < num; ++i) {
-        pixelXs[i] = ((xs[i] - m_xMin) / rx) * width + left;
+        pixelXs[i] = mapping.mapX(xs[i]);
         const double y = ys[i];
-        if (std::isnan(y)) {
-            pixelYs[i] = y;
-            continue;
-        }
-        const double t = ((y - m_yMin) / ry) * height;
-        pixelYs[i] = bYDown ? top + t : bottom - t;
+        pixelYs[i] = std::isnan(y) ? y : mapping.mapY(y);
     }
 }

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#ifndef GNSSPLOT_CURVERASTER_P_H
+#define GNSSPLOT_CURVERASTER_P_H
+
+#include <QRect>
+#include <QtGlobal>
+
+#include <cstdint>
+#include <vector>
+
+/*
+    The curve plot's own line rule and the per-pixel crossing counter built
+    on it.
+
+    A dense curve drawn with a translucent one-pixel pen looks the way it
+    does only because of how many times each pixel is crossed: blending one
+    colour n times over a pixel gives a result that depends on n alone. So
+    instead of blending segment by segment, the counter adds up crossings per
+    pixel and turns the counts into colour once, through a table of n-fold
+    blends.
+
+    The rule, on device pixels (a point at device coordinates (x, y) lies in
+    the pixel (floor(x), floor(y)), as aliased painting places it):
+    - The first point of a run sets its pixel once.
+    - Each following segment from pixel P0 to pixel P1 sets the pixels of a
+      symmetric DDA between them without P0 (that pixel belongs to the
+      segment before, so a joint between two segments counts once) and with
+      P1. Along the major axis (the longer of |dx| and |dy|; x on a tie) it
+      steps one pixel at a time; the other coordinate is the exact line's
+      value rounded half away from zero.
+    - A segment that stays in its pixel (P0 == P1) sets nothing.
+    - A segment within one column therefore sets the rows between its ends,
+      start row excluded; these spans go into difference arrays down the
+      column, which dense data (many samples per column) hits almost always.
+    - Pixels outside the target rectangle are not counted; nothing outside it
+      is walked, so any coordinate, however large, costs at most the
+      target's extent.
+
+    Coordinates are 32-bit device pixels; callers saturate them beyond
+    +-kCoordLimit, which keeps every product below 2^62.
+*/
+namespace CurveRaster {
+
+constexpr int kCoordLimit = 1 << 30;
+
+// Crossing counts of one target rectangle, column by column (a column of
+// dense data stays in the first levels of cache). Every point and span goes
+// into a difference array; resolve() sums them down each column and leaves
+// the counter zeroed for the next use.
+class Counter
+{
+public:
+    // Starts counting into \a target (device pixels). Memory is kept between
+    // uses and grows to the largest target seen.
+    void begin(const QRect& target);
+    const QRect& target() const { return m_target; }
+
+    // Pixel (c, r) of the first point of a run.
+    void point(int c, int r)
+    {
+        if (inside(c, r))
+            addSpan(c - m_left, r - m_top, r - m_top);
+    }
+    // The segment from pixel (c0, r0) to pixel (c1, r1), without its start.
+    void segment(int c0, int r0, int c1, int r1)
+    {
+        if (c0 == c1)
+            column(c0, r0, r1);
+        else
+            slanted(c0, r0, c1, r1);
+    }
+    // A segment within column c from row r0 to row r1, without r0.
+    void column(int c, int r0, int r1)
+    {
+        const unsigned col = unsigned(c - m_left);
+        if (col >= unsigned(m_width))
+            return;
+        // Rows r0 + 1 .. r1 going down, r1 .. r0 - 1 going up.
+        int lo = r1 > r0 ? r0 + 1 : r1;
+        int hi = r1 > r0 ? r1 : r0 - 1;
+        lo = std::max(lo, m_top) - m_top;
+        hi = std::min(hi, m_top + m_height - 1) - m_top;
+        if (lo <= hi)
+            addSpan(int(col), lo, hi);
+    }
+
+    // Calls \a sink(column, row, count) for every pixel with a count above
+    // zero, column by column, rows ascending, in target-relative pixels, and
+    // zeroes the counter.
+    template <class Sink>
+    void resolve(Sink&& sink);
+
+private:
+    bool inside(int c, int r) const
+    {
+        return unsigned(c - m_left) < unsigned(m_width) && unsigned(r - m_top) < unsigned(m_height);
+    }
+    void addSpan(int col, int lo, int hi)
+    {
+        qint32* d = m_diff.data() + size_t(col) * size_t(m_height + 1);
+        ++d[lo];
+        --d[hi + 1];
+        m_lo[size_t(col)] = std::min(m_lo[size_t(col)], lo);
+        m_hi[size_t(col)] = std::max(m_hi[size_t(col)], hi);
+    }
+    void slanted(int c0, int r0, int c1, int r1);
+
+    QRect m_target;
+    int m_left = 0;
+    int m_top = 0;
+    int m_width = 0;
+    int m_height = 0;
+    std::vector<qint32> m_diff;  // (height + 1) per column
+    std::vector<int> m_lo;       // first touched row per column
+    std::vector<int> m_hi;       // last touched row per column
+};
+
+template <class Sink>
+void Counter::resolve(Sink&& sink)
+{
+    const size_t stride = size_t(m_height + 1);
+    for (int col = 0; col < m_width; ++col) {
+        const int lo = m_lo[size_t(col)];
+        const int hi = m_hi[size_t(col)];
+        if (lo > hi)
+            continue;
+        qint32* d = m_diff.data() + size_t(col) * stride;
+        qint32 acc = 0;
+        for (int row = lo; row <= hi; ++row) {
+            acc += d[row];
+            d[row] = 0;
+            if (acc > 0)
+                sink(col, row, quint32(acc));
+        }
+        d[hi + 1] = 0;
+        m_lo[size_t(col)] = m_height;
+        m_hi[size_t(col)] = -1;
+    }
+}
+
+// Premultiplied 8-bit ARGB source-over, the arithmetic of the layers:
+// each channel is src + dst * (255 - srcAlpha) / 255, rounded to nearest.
+quint32 over(quint32 src, quint32 dst);
+// A straight colour (0xAARRGGBB) as premultiplied ARGB.
+quint32 premultiply(quint32 argb);
+
+// The colour of a pixel crossed n times by a translucent colour, starting
+// from transparent: table[n] = over(colour, table[n - 1]). The table ends
+// where blending once more changes nothing; counts beyond it take its last
+// entry.
+class BlendTable
+{
+public:
+    explicit BlendTable(quint32 premultipliedColour);
+    quint32 operator()(quint32 n) const
+    {
+        return m_table[n < m_table.size() ? n : m_table.size() - 1];
+    }
+
+private:
+    std::vector<quint32> m_table;
+};
+
+} // namespace CurveRaster
+
+#endif // GNSSPLOT_CURVERASTER_P_H
