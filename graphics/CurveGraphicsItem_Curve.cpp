@@ -528,6 +528,7 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
 {
     m_layerTarget = target;
     m_layerVersion = m_version;
+    ++m_layerBuilds;
     const QRect bounds = target.bounds;
     if (bounds.isEmpty()) {
         m_layer = QImage();

@@ -162,6 +162,8 @@ public:
     // The images do not depend on the number of threads.
     static void prepareLayers(const QVector<CurveGraphicsItem_Curve_XY*>& items,
                               const QVector<LayerTarget>& targets);
+    // How many layers the item has built so far.
+    quint64 layerBuildCount() const { return m_layerBuilds; }
     // The layer as last built, and its top-left device pixel.
     const QImage& layer() const { return m_layer; }
     QPoint layerOrigin() const { return m_layerTarget.bounds.topLeft(); }
@@ -251,6 +253,7 @@ private:
     QImage m_layer;
     LayerTarget m_layerTarget;
     quint64 m_layerVersion = 0;
+    quint64 m_layerBuilds = 0;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H

@@ -1,5 +1,6 @@
 #include "CurveGraphicsView.h"
 
+#include "CurveGraphicsItem_Curve_p.h"
 #include "CurveGraphicsScene.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
@@ -49,6 +50,34 @@ void CurveGraphicsView::resizeEvent(QResizeEvent* event)
     const QSize size = viewport()->size();
     m_scene->setCoordPixelSize(size.width(), size.height());
     fitCoordRect();
+}
+
+void CurveGraphicsView::paintEvent(QPaintEvent* event)
+{
+    // Each curve item would otherwise rebuild its picture on its own, one
+    // after the other, as the scene paints it; together they use every core.
+    if (m_scene) {
+        using Item = CurveGraphicsItem_Curve_XY;
+        const double ratio = viewport()->devicePixelRatioF();
+        const QRect device(0, 0, int(std::ceil(viewport()->width() * ratio)),
+                           int(std::ceil(viewport()->height() * ratio)));
+        const QTransform toDevice = QTransform::fromScale(ratio, ratio);
+        const QTransform viewTransform = viewportTransform();
+        QVector<Item*> items;
+        QVector<Item::LayerTarget> targets;
+        for (QGraphicsItem* graphicsItem : m_scene->items()) {
+            auto* item = dynamic_cast<Item*>(graphicsItem);
+            Item::LayerTarget target;
+            if (item && item->isVisible()
+                && item->layerTargetFor(item->deviceTransform(viewTransform) * toDevice, device,
+                                        &target)) {
+                items.append(item);
+                targets.append(target);
+            }
+        }
+        Item::prepareLayers(items, targets);
+    }
+    QGraphicsView::paintEvent(event);
 }
 
 void CurveGraphicsView::onScene_coordChanged()

@@ -51,6 +51,9 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     /*! Gives the frame the new viewport size in pixels and fits it in. */
     void resizeEvent(QResizeEvent* event) override;
+    /*! Brings the pictures of all changed curves up to date at once, spread
+        over the cores, then paints the scene. */
+    void paintEvent(QPaintEvent* event) override;
 
 private slots:
     void onScene_coordChanged();

@@ -1,0 +1,476 @@
+// SPDX-License-Identifier: MIT
+// The curve item's density layer against a plain drawer of the same line
+// rule, and the layer in a real view: prepared once, the same for any number
+// of threads, and replaced by vector output where a device needs it.
+
+#include "graphicstestsupport.h"
+
+#include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsView.h"
+#include "Curve_Coord_XY.h"
+
+#include <QBuffer>
+#include <QPdfWriter>
+#include <QPicture>
+#include <QRandomGenerator>
+#include <QThreadPool>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+// --- The reference: one segment at a time, every pixel blended in turn ----
+
+quint32 blendOnce(quint32 src, quint32 dst)
+{
+    const quint32 keep = 255 - qAlpha(src);
+    const auto channel = [&](int shift) {
+        const quint32 s = (src >> shift) & 0xff;
+        const quint32 d = (dst >> shift) & 0xff;
+        return (s + (d * keep + 127) / 255) << shift;
+    };
+    return channel(0) | channel(8) | channel(16) | channel(24);
+}
+
+quint32 premultiplied(const QColor& c)
+{
+    const auto scaled = [&](int v) { return quint32((v * c.alpha() + 127) / 255); };
+    return quint32(c.alpha()) << 24 | scaled(c.red()) << 16 | scaled(c.green()) << 8
+           | scaled(c.blue());
+}
+
+struct Reference
+{
+    QImage image;
+    quint32 colour;
+    void blend(qint64 c, qint64 r)
+    {
+        if (c < 0 || r < 0 || c >= image.width() || r >= image.height())
+            return;
+        auto* p = reinterpret_cast<quint32*>(image.scanLine(int(r))) + c;
+        *p = blendOnce(colour, *p);
+    }
+    // Every pixel of the segment but its first, walking the longer axis and
+    // rounding the other half away from zero; only the image's part of the
+    // longer axis is walked.
+    void segment(qint64 c0, qint64 r0, qint64 c1, qint64 r1)
+    {
+        const qint64 dc = c1 - c0;
+        const qint64 dr = r1 - r0;
+        const bool alongX = std::llabs(dc) >= std::llabs(dr);
+        const qint64 steps = alongX ? std::llabs(dc) : std::llabs(dr);
+        const qint64 extent = alongX ? image.width() : image.height();
+        const qint64 start = alongX ? c0 : r0;
+        const qint64 sign = (alongX ? dc : dr) > 0 ? 1 : -1;
+        for (qint64 k = 1; k <= steps; ++k) {
+            const qint64 major = start + sign * k;
+            if (major < -1 || major > extent) {
+                // Jump to where the walk enters the image, if it does.
+                const qint64 target = sign > 0 ? -1 : extent;
+                if ((target - major) * sign > 0) {
+                    k += (target - major) * sign - 1;
+                    continue;
+                }
+                break;
+            }
+            const long double t = (long double)(alongX ? dr : dc) * k / steps;
+            const qint64 minor = (alongX ? r0 : c0) + std::llround(t);
+            if (alongX)
+                blend(major, minor);
+            else
+                blend(minor, major);
+        }
+    }
+};
+
+qint64 pixelOf(double scale, double offset, int p)
+{
+    return qint64(std::floor(scale * p + offset));
+}
+
+// Draws what the item's layer must hold: thin runs segment by segment with
+// the rule above, each Y index on its own and then composed over the ones
+// before; short runs through QPainter on top of their Y index.
+QImage referenceLayer(const CurveGraphicsItem_Curve_XY& item, const QTransform& t,
+                      const QSize& size)
+{
+    QImage layer(size, QImage::Format_ARGB32_Premultiplied);
+    layer.fill(0);
+    const auto& polylines = item.polylines();
+    for (int k = 0; k < polylines.size(); ++k) {
+        const QPen pen = k < item.yPens().size() ? item.yPens().at(k) : item.pen();
+        Reference ref{QImage(size, QImage::Format_ARGB32_Premultiplied),
+                      premultiplied(pen.color())};
+        ref.image.fill(0);
+        for (const QPolygon& run : polylines.at(k)) {
+            if (run.size() < CurveGraphicsItem_Curve_XY::kThinRun)
+                continue;
+            qint64 c0 = pixelOf(t.m11(), t.dx(), run.at(0).x());
+            qint64 r0 = pixelOf(t.m22(), t.dy(), run.at(0).y());
+            ref.blend(c0, r0);
+            for (int i = 1; i < run.size(); ++i) {
+                const qint64 c1 = pixelOf(t.m11(), t.dx(), run.at(i).x());
+                const qint64 r1 = pixelOf(t.m22(), t.dy(), run.at(i).y());
+                ref.segment(c0, r0, c1, r1);
+                c0 = c1;
+                r0 = r1;
+            }
+        }
+        for (int y = 0; y < size.height(); ++y) {
+            auto* out = reinterpret_cast<quint32*>(layer.scanLine(y));
+            const auto* in = reinterpret_cast<const quint32*>(ref.image.constScanLine(y));
+            for (int x = 0; x < size.width(); ++x)
+                out[x] = in[x] ? blendOnce(in[x], out[x]) : out[x];
+        }
+        QPainter painter(&layer);
+        painter.setTransform(t);
+        for (const QPolygon& run : polylines.at(k)) {
+            if (run.size() >= CurveGraphicsItem_Curve_XY::kThinRun)
+                continue;
+            QPen p = pen;
+            p.setWidthF(run.size() == 1 ? 4.0 : qBound(1.0, 2.0 / (run.size() / 1000.0), 2.0));
+            painter.setPen(p);
+            if (run.size() == 1)
+                painter.drawPoints(run);
+            else
+                painter.drawPolyline(run);
+        }
+    }
+    return layer;
+}
+
+enum Shape { Noise, Steps, Spikes, Gaps, Breaks, OffScreen, Huge, Short };
+
+// X 0 .. n-1 over an area of 0 .. n-1 and -1 .. 1.
+void fillShape(Shape shape, int n, quint32 seed, QVector<double>& ys, std::set<qint64>& breaks)
+{
+    QRandomGenerator rng(seed);
+    ys.resize(n);
+    for (int i = 0; i < n; ++i) {
+        const double noise = rng.generateDouble() * 2.0 - 1.0;
+        switch (shape) {
+        case Noise: ys[i] = 0.8 * noise; break;
+        case Steps: ys[i] = (i / 700 % 3 - 1) * 0.6 + 0.01 * noise; break;
+        case Spikes: ys[i] = i % 997 == 0 ? 0.95 * (noise > 0 ? 1 : -1) : 0.05 * noise; break;
+        case Gaps: ys[i] = (i / 50) % 7 == 3 ? gt::NaN : 0.5 * std::sin(i * 0.01) + 0.2 * noise;
+            break;
+        case Breaks: ys[i] = 0.7 * std::sin(i * 0.003) + 0.1 * noise; break;
+        case OffScreen: ys[i] = (i % 500 < 10) ? 300.0 * noise : 0.9 * noise; break;
+        case Huge: ys[i] = i % 1500 == 7 ? (noise > 0 ? 1e300 : -1e300) : 0.5 * noise; break;
+        case Short: ys[i] = 0.6 * noise; break;
+        }
+    }
+    if (shape == Breaks)
+        breaks = {2499, 2500, 4999, 5003};
+    if (shape == Short)
+        breaks = {0, 5, 1300, 1301, 2800};
+}
+
+struct Setup
+{
+    QTransform transform;
+    qreal ratio;
+    int height;  // of the data area; negative flips it
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Shape)
+
+class tst_CurveLayer : public QObject
+{
+    Q_OBJECT
+private slots:
+    void sameAsPlainDrawer_data();
+    void sameAsPlainDrawer();
+    void twoYIndexesCompose();
+    void viewPreparesOnce();
+    void sameForAnyThreadCount();
+    void otherDevices();
+};
+
+void tst_CurveLayer::sameAsPlainDrawer_data()
+{
+    QTest::addColumn<Shape>("shape");
+    QTest::addColumn<int>("alpha");
+    QTest::addColumn<QString>("setup");
+
+    const QList<QPair<const char*, Shape>> shapes{
+        {"noise", Noise}, {"steps", Steps}, {"spikes", Spikes}, {"gaps", Gaps},
+        {"breaks", Breaks}, {"off-screen", OffScreen}, {"huge", Huge}, {"short runs", Short}};
+    const QStringList setups{"identity", "fit scale", "flipped", "ratio 2"};
+    QRandomGenerator rng(7);
+    for (const auto& shape : shapes) {
+        for (const QString& setup : setups) {
+            const int alphas[] = {1, 128, 255, 1 + int(rng.bounded(254))};
+            for (int alpha : alphas) {
+                QTest::addRow("%s, %s, alpha %d", shape.first, qPrintable(setup), alpha)
+                    << shape.second << alpha << setup;
+            }
+        }
+    }
+}
+
+void tst_CurveLayer::sameAsPlainDrawer()
+{
+    QFETCH(Shape, shape);
+    QFETCH(int, alpha);
+    QFETCH(QString, setup);
+
+    const int n = 7000;
+    QVector<double> xs(n);
+    std::iota(xs.begin(), xs.end(), 0.0);
+    QVector<double> ys;
+    std::set<qint64> breaks;
+    fillShape(shape, n, quint32(alpha * 31 + int(shape)), ys, breaks);
+    Curve_DataSet_XY dataSet(1);
+    gt::fillAxis(dataSet.getAxisData(0), xs);
+    gt::fillAxis(dataSet.getAxisData(1), ys, breaks);
+    Curve_Coord_XY coord;
+    QVERIFY(coord.setArea(0, n - 1, -1, 1));
+
+    const QSize logical(320, 200);
+    qreal ratio = 1.0;
+    QTransform world = QTransform::fromTranslate(0, 190);
+    int height = 180;
+    if (setup == "fit scale")
+        world = QTransform(0.995, 0, 0, 0.995, 0.4, 188.7);
+    else if (setup == "flipped")
+        height = -180, world = QTransform::fromTranslate(0, 10);
+    else if (setup == "ratio 2")
+        ratio = 2.0;
+
+    CurveGraphicsItem_Curve_XY item(nullptr, &coord, QString(), &dataSet, nullptr);
+    item.setPenColor(QColor(30, 90, 200, alpha));
+    item.setDataArea(300, height);
+
+    QImage target(logical * ratio, QImage::Format_ARGB32_Premultiplied);
+    target.setDevicePixelRatio(ratio);
+    target.fill(0);
+    QPainter painter(&target);
+    painter.setTransform(world);
+    const QTransform device = painter.deviceTransform();
+    item.paint(&painter, nullptr, nullptr);
+    painter.end();
+
+    QCOMPARE(item.layerOrigin(), QPoint(0, 0));
+    QCOMPARE(item.layer().size(), target.size());
+    const QImage expected = referenceLayer(item, device, target.size());
+    int differing = 0;
+    for (int y = 0; y < expected.height(); ++y) {
+        for (int x = 0; x < expected.width(); ++x)
+            differing += item.layer().pixel(x, y) != expected.pixel(x, y) ? 1 : 0;
+    }
+    if (differing) {
+        item.layer().save("/tmp/gnssplot_layer.png");
+        expected.save("/tmp/gnssplot_layer_expected.png");
+    }
+    QCOMPARE(differing, 0);
+    // The layer reaches the target as it is: drawn over transparent, every
+    // pixel arrives unchanged.
+    target.setDevicePixelRatio(1.0);
+    QCOMPARE(target, item.layer());
+}
+
+void tst_CurveLayer::twoYIndexesCompose()
+{
+    // Two thin runs of different colours crossing: the second Y index blends
+    // over the first wherever both pass.
+    const int n = 4000;
+    QVector<double> xs(n), y1(n), y2(n);
+    for (int i = 0; i < n; ++i) {
+        xs[i] = i;
+        y1[i] = std::sin(i * 0.05) * 0.8;
+        y2[i] = std::cos(i * 0.07) * 0.8;
+    }
+    std::unique_ptr<Curve_DataSet_XY> dataSet(gt::makeDataSet(xs, {y1, y2}));
+    Curve_Coord_XY coord;
+    QVERIFY(coord.setArea(0, n - 1, -1, 1));
+    CurveGraphicsItem_Curve_XY item(nullptr, &coord, QString(), dataSet.get(), nullptr);
+    item.setPenColor(QColor(200, 20, 20, 100));
+    item.setVisibleSelection({});
+    item.setDataArea(200, 100);
+    QImage target(220, 120, QImage::Format_ARGB32_Premultiplied);
+    target.fill(0);
+    QPainter painter(&target);
+    painter.translate(10, 110);
+    const QTransform device = painter.deviceTransform();
+    item.paint(&painter, nullptr, nullptr);
+    painter.end();
+    // Without pens per Y index both draw in the item's pen.
+    QCOMPARE(item.layer(), referenceLayer(item, device, target.size()));
+}
+
+namespace {
+
+struct ShownView
+{
+    explicit ShownView(int curves, int samples)
+    {
+        view.setFrameShape(QFrame::NoFrame);
+        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
+        QVector<double> xs(samples);
+        std::iota(xs.begin(), xs.end(), 0.0);
+        for (int c = 0; c < curves; ++c) {
+            QVector<double> ys(samples);
+            for (int i = 0; i < samples; ++i)
+                ys[i] = std::sin(i * 0.001 * (c + 1)) * 0.5 + ((i * 7919 + c) % 101) * 0.004;
+            view.getCurveScene()->addCurve(QStringLiteral("C%1").arg(c, 2, 10, QLatin1Char('0')),
+                                           gt::makeDataSet(xs, {ys, ys}), true,
+                                           QColor::fromHsv(c * 40 % 360, 200, 200),
+                                           ECurveShowCap_Line, true);
+        }
+        view.resize(640, 400);
+        view.show();
+        view.setCurvesPosToVerticalZero();
+    }
+    QImage grab()
+    {
+        QTest::qWait(10);
+        return view.viewport()->grab().toImage();
+    }
+    QList<CurveGraphicsItem_Curve_XY*> items()
+    {
+        return gt::itemsOf<CurveGraphicsItem_Curve_XY>(view.scene());
+    }
+    quint64 builds()
+    {
+        quint64 sum = 0;
+        for (auto* item : items())
+            sum += item->layerBuildCount();
+        return sum;
+    }
+    CurveGraphicsView view;
+};
+
+} // namespace
+
+void tst_CurveLayer::viewPreparesOnce()
+{
+    ShownView shown(3, 5000);
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.view));
+    shown.grab();
+    const quint64 first = shown.builds();
+    QCOMPARE(first, quint64(3));
+    // An unchanged plot paints its layers again and builds nothing.
+    shown.view.viewport()->repaint();
+    shown.grab();
+    QCOMPARE(shown.builds(), first);
+
+    // Publishing all three axes of a curve sends six signals; the curve is
+    // built once, before the paint.
+    auto* dataSet = const_cast<Curve_DataSet_XY*>(qobject_cast<const Curve_DataSet_XY*>(
+        shown.view.getCurveScene()->getCurve(QStringLiteral("C01"))));
+    QVERIFY(dataSet);
+    for (int k = 0; k < 3; ++k) {
+        AxisData* axis = dataSet->getAxisData(k);
+        QVector<double> values(4000);
+        for (int i = 0; i < values.size(); ++i)
+            values[i] = k == 0 ? i : 0.1 * k;
+        gt::fillAxis(axis, values);
+    }
+    shown.grab();
+    QCOMPARE(shown.builds(), first + 1);
+    // A wheel step rebuilds every curve once.
+    QWheelEvent wheel(QPointF(300, 200), QPointF(300, 200), QPoint(), QPoint(0, 120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(shown.view.viewport(), &wheel);
+    shown.grab();
+    QCOMPARE(shown.builds(), first + 4);
+}
+
+void tst_CurveLayer::sameForAnyThreadCount()
+{
+    const int threads = QThreadPool::globalInstance()->maxThreadCount();
+    QImage images[2];
+    const int counts[2] = {1, 4};
+    for (int i = 0; i < 2; ++i) {
+        QThreadPool::globalInstance()->setMaxThreadCount(counts[i]);
+        ShownView shown(12, 20000);
+        QVERIFY(QTest::qWaitForWindowExposed(&shown.view));
+        images[i] = shown.grab();
+    }
+    QThreadPool::globalInstance()->setMaxThreadCount(threads);
+    QVERIFY(images[0] == images[1]);
+}
+
+void tst_CurveLayer::otherDevices()
+{
+    // One curve of a million samples: on screen, printed through
+    // QGraphicsView::render at another scale, recorded as vector output and
+    // written to a PDF. Every picture shows the curve where its samples are.
+    const int n = 1000000;
+    QVector<double> xs(n), ys(n);
+    for (int i = 0; i < n; ++i) {
+        xs[i] = i;
+        ys[i] = (i / 100000) % 2 ? 0.5 : -0.5;
+    }
+    ys[0] = 1.0;
+    CurveGraphicsView view;
+    view.setFrameShape(QFrame::NoFrame);
+    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
+    view.getCurveScene()->addCurve("a", gt::makeDataSet(xs, {ys}), true, Qt::blue,
+                                   ECurveShowCap_Line, true);
+    view.resize(800, 540);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.setCurvesPosToVerticalZero();
+    QTest::qWait(10);
+    const QImage screen = view.viewport()->grab().toImage();
+    // Where sample s at value y lands, through a scene-to-image transform:
+    // the area is -1 .. 1 over a 720 x 500 data area.
+    const auto curveAt = [&](const QImage& image, const QTransform& sceneToImage,
+                             double sample, double y) {
+        const QPointF scenePoint(sample * 720.0 / (n - 1), -(y + 1.0) * 250.0);
+        return gt::anyNear(image, sceneToImage.map(scenePoint).toPoint(), 2, gt::isBluish);
+    };
+    const QTransform onScreen = view.viewportTransform();
+    PIXEL_VERIFY(curveAt(screen, onScreen, 50000, -0.5), screen, "layer_screen");
+    PIXEL_VERIFY(curveAt(screen, onScreen, 150000, 0.5), screen, "layer_screen");
+    PIXEL_VERIFY(!curveAt(screen, onScreen, 50000, 0.5), screen, "layer_screen");
+
+    // Printing path: half the size, through QGraphicsView::render.
+    QImage printed(400, 270, QImage::Format_ARGB32_Premultiplied);
+    printed.fill(Qt::white);
+    {
+        QPainter painter(&printed);
+        view.render(&painter, QRectF(0, 0, 400, 270), view.viewport()->rect());
+    }
+    const QTransform half = onScreen * QTransform::fromScale(0.5, 0.5);
+    PIXEL_VERIFY(curveAt(printed, half, 50000, -0.5), printed, "layer_printed");
+    PIXEL_VERIFY(curveAt(printed, half, 150000, 0.5), printed, "layer_printed");
+
+    // Vector output: recorded, then replayed into an image.
+    QPicture picture;
+    {
+        QPainter painter(&picture);
+        view.render(&painter, QRectF(0, 0, 800, 540), view.viewport()->rect());
+    }
+    QImage replayed(800, 540, QImage::Format_ARGB32_Premultiplied);
+    replayed.fill(Qt::white);
+    {
+        QPainter painter(&replayed);
+        painter.drawPicture(0, 0, picture);
+    }
+    PIXEL_VERIFY(curveAt(replayed, onScreen, 50000, -0.5), replayed, "layer_picture");
+    PIXEL_VERIFY(curveAt(replayed, onScreen, 150000, 0.5), replayed, "layer_picture");
+    QVERIFY2(picture.size() < 1000000, qPrintable(QString::number(picture.size())));
+
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&pdf);
+        QPainter painter(&writer);
+        view.render(&painter);
+    }
+    QVERIFY(pdf.size() > 1000);
+    QVERIFY2(pdf.size() < 1000000, qPrintable(QString::number(pdf.size())));
+}
+
+QTEST_MAIN(tst_CurveLayer)
+#include "tst_curvelayer.moc"
