@@ -9,6 +9,7 @@
 
 #include <QPaintEngine>
 #include <QPainter>
+#include <QThreadPool>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -216,15 +217,6 @@ void CurveGraphicsItem_Curve_XY::pixelsChanged()
 
 namespace {
 
-// Device pixel of a device coordinate, saturated so that the line rule's
-// arithmetic stays within 64 bits.
-inline int devicePixel(double scale, double offset, int itemPixel)
-{
-    const double v = std::floor(scale * itemPixel + offset);
-    const double limit = CurveRaster::kCoordLimit;
-    return int(std::min(std::max(v, -limit), limit));
-}
-
 // The whole device in device pixels.
 QRect devicePixels(const QPainter* painter)
 {
@@ -244,6 +236,14 @@ QRect devicePixels(const QPainter* painter)
 bool near(double a, double b)
 {
     return std::abs(a - b) <= 1e-9 * (1.0 + std::abs(a) + std::abs(b));
+}
+
+// How many pieces one item's counting is split into: one per pool thread,
+// as long as each piece has a good share of samples.
+int splitWays(const CurveGraphicsItem_Curve_XY* item)
+{
+    Q_UNUSED(item);
+    return std::max(1, QThreadPool::globalInstance()->maxThreadCount());
 }
 
 // Layers larger than this many pixels are not made; such targets are drawn
@@ -470,34 +470,30 @@ bool CurveGraphicsItem_Curve_XY::layerTargetFor(const QTransform& deviceTransfor
     return true;
 }
 
-void CurveGraphicsItem_Curve_XY::countRun(const Run& run, const double* ys,
-                                          const LayerTarget& target,
+void CurveGraphicsItem_Curve_XY::countRun(const Run& run, qint64 begin, qint64 end,
+                                          const double* ys, const LayerTarget& target,
                                           CurveRaster::Counter& counter) const
 {
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);
     const qint32* columns = m_columns.data();
-    bool first = true;
-    int c0 = 0;
-    int r0 = 0;
-    for (qint64 j = run.begin; j <= run.end; ++j) {
-        const int c = columns[j];
-        const double y = ys[j];
-        if (c == INT_MIN || std::isnan(y))
-            continue;
-        const double py = mapping.mapY(y);
-        if (std::isnan(py))
-            continue;
-        const int r = devicePixel(target.m22, target.dy, toPixel(py));
-        if (first)
-            counter.point(c, r);
-        else if (c == c0)
-            counter.column(c, r0, r);
-        else
-            counter.segment(c0, r0, c, r);
-        first = false;
-        c0 = c;
-        r0 = r;
+    // A piece that starts inside the run carries on from the last point
+    // before it, so that splitting a run changes no pixel.
+    CurveRaster::Cursor cursor;
+    for (qint64 j = begin - 1; j >= run.begin; --j) {
+        qint32 row = 0;
+        CurveRaster::mapRows(mapping, target.m22, target.dy, ys + j, columns + j, 1, &row);
+        if (row != CurveRaster::kNoPixel) {
+            cursor = CurveRaster::Cursor{false, columns[j], row};
+            break;
+        }
+    }
+    constexpr qint64 kBlock = 1024;
+    qint32 rows[kBlock];
+    for (qint64 j = begin; j <= end; j += kBlock) {
+        const qint64 n = std::min(kBlock, end - j + 1);
+        CurveRaster::mapRows(mapping, target.m22, target.dy, ys + j, columns + j, n, rows);
+        counter.polyline(columns + j, rows, n, cursor);
     }
 }
 
@@ -515,16 +511,11 @@ void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);
     m_columns.resize(size_t(count));
-    const double* xs = m_source.xs;
-    for (qint64 j = 0; j < count; ++j) {
-        const double px = mapping.mapX(xs[j]);
-        m_columns[size_t(j)] = std::isnan(px) ? INT_MIN
-                                              : devicePixel(target.m11, target.dx, toPixel(px));
-    }
+    CurveRaster::mapColumns(mapping, target.m11, target.dx, m_source.xs, count, m_columns.data());
     m_columnsKey = key;
 }
 
-void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
+void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target, int ways)
 {
     m_layerTarget = target;
     m_layerVersion = m_version;
@@ -540,9 +531,14 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
     countPoints();
     updateColumns(target);
 
-    // One counter per thread, kept between builds: it is large (four bytes
-    // a pixel) and zeroed again by each resolve.
-    thread_local CurveRaster::Counter counter;
+    // Counters are large (four bytes a pixel) and zeroed again by each
+    // resolve, so they are kept between builds: one per pool thread for
+    // items built side by side, a set on the GUI thread for one item split
+    // into pieces.
+    thread_local std::vector<CurveRaster::Counter> counters;
+    ways = std::max(1, ways);
+    if (counters.size() < size_t(ways))
+        counters.resize(size_t(ways));
     QPainter painter;
     const QTransform toLayer(target.m11, 0.0, 0.0, target.m22, target.dx - bounds.left(),
                              target.dy - bounds.top());
@@ -582,23 +578,14 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
             continue;
         }
         // Thin runs first, counted; they blend into the layer once.
-        bool counted = false;
-        for (const Run& run : runs) {
-            if (run.points < kThinRun)
-                continue;
-            if (!counted)
-                counter.begin(bounds);
-            counted = true;
-            countRun(run, ys, target, counter);
-        }
-        if (counted) {
+        if (countThinRuns(runs, ys, target, ways, counters)) {
             if (painter.isActive())
                 painter.end();
             const CurveRaster::BlendTable table(
                 CurveRaster::premultiply(inForce.color().rgba()));
             uchar* bits = m_layer.bits();
             const qsizetype stride = m_layer.bytesPerLine();
-            counter.resolve([&](int col, int row, quint32 n) {
+            CurveRaster::resolveSum(counters, size_t(ways), [&](int col, int row, quint32 n) {
                 auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + col;
                 *pixel = CurveRaster::over(table(n), *pixel);
             });
@@ -628,6 +615,40 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target)
     }
 }
 
+bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs, const double* ys,
+                                               const LayerTarget& target, int ways,
+                                               std::vector<CurveRaster::Counter>& counters) const
+{
+    qint64 samples = 0;
+    for (const Run& run : runs)
+        samples += run.points >= kThinRun ? run.end - run.begin + 1 : 0;
+    if (samples == 0)
+        return false;
+    // Each way counts one piece of every thin run into its own counter;
+    // the counts add up to those of one walk.
+    for (int t = 0; t < ways; ++t)
+        counters[size_t(t)].begin(target.bounds);
+    const auto countWay = [&](int t) {
+        for (const Run& run : runs) {
+            if (run.points < kThinRun)
+                continue;
+            const qint64 length = run.end - run.begin + 1;
+            const qint64 begin = run.begin + length * t / ways;
+            const qint64 end = run.begin + length * (t + 1) / ways - 1;
+            if (begin <= end)
+                countRun(run, begin, end, ys, target, counters[size_t(t)]);
+        }
+    };
+    if (ways == 1) {
+        countWay(0);
+    } else {
+        QVector<int> order(ways);
+        std::iota(order.begin(), order.end(), 0);
+        QtConcurrent::blockingMap(order, countWay);
+    }
+    return true;
+}
+
 bool CurveGraphicsItem_Curve_XY::layerIsCurrent(const LayerTarget& target) const
 {
     return m_layerVersion == m_version && m_layerTarget.matches(target);
@@ -648,14 +669,15 @@ void CurveGraphicsItem_Curve_XY::prepareLayers(const QVector<CurveGraphicsItem_C
         jobs.append(item);
         jobTargets.append(targets.at(i));
     }
+    // One item alone is split into pieces instead.
     if (jobs.size() == 1) {
-        jobs.first()->buildLayer(jobTargets.first());
+        jobs.first()->buildLayer(jobTargets.first(), splitWays(jobs.first()));
         return;
     }
     QVector<int> order(jobs.size());
     std::iota(order.begin(), order.end(), 0);
     QtConcurrent::blockingMap(order, [&jobs, &jobTargets](int i) {
-        jobs.at(i)->buildLayer(jobTargets.at(i));
+        jobs.at(i)->buildLayer(jobTargets.at(i), 1);
     });
 }
 
@@ -675,7 +697,7 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
         && layerTargetFor(transform, devicePixels(painter), &target)) {
         if (!layerIsCurrent(target)) {
             updateRuns();
-            buildLayer(target);
+            buildLayer(target, splitWays(this));
         }
         if (m_layer.isNull())
             return;

@@ -211,9 +211,11 @@ private:
     void countPoints();
     void updateColumns(const LayerTarget& target);
     bool layerIsCurrent(const LayerTarget& target) const;
-    void buildLayer(const LayerTarget& target);
-    void countRun(const Run& run, const double* ys, const LayerTarget& target,
-                  CurveRaster::Counter& counter) const;
+    void buildLayer(const LayerTarget& target, int ways);
+    void countRun(const Run& run, qint64 begin, qint64 end, const double* ys,
+                  const LayerTarget& target, CurveRaster::Counter& counter) const;
+    bool countThinRuns(const std::vector<Run>& runs, const double* ys, const LayerTarget& target,
+                       int ways, std::vector<CurveRaster::Counter>& counters) const;
     void mapRun(const Run& run, const double* ys, QPolygon& out) const;
     void drawRuns(QPainter* painter, bool reduceThin) const;
     void recolourYPens(bool bSingle);

@@ -2,6 +2,7 @@
 #include "CurveRaster_p.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace CurveRaster {
 
@@ -38,6 +39,115 @@ quint32 mul255(quint32 x, quint32 a)
 }
 
 } // namespace
+
+namespace {
+
+// The arithmetic shared by rows and columns: truncate the item coordinate
+// toward zero within +-kItemLimit, scale, offset, floor, saturate. Written
+// without calls or branches so that it can run several samples at a time.
+inline double clampTo(double v, double limit)
+{
+    const double low = v < -limit ? -limit : v;
+    return low > limit ? limit : low;
+}
+
+inline qint32 devicePixel(double itemCoord, double scale, double offset)
+{
+    const double item = clampTo(itemCoord, double(kItemLimit));
+    const double v = clampTo(scale * double(qint32(item)) + offset, double(kCoordLimit));
+    const qint32 t = qint32(v);
+    return t - qint32(v < double(t));
+}
+
+} // namespace
+
+namespace {
+
+template <bool bYDown>
+void mapRowsAs(const CoordMapping& mapping, double m22, double dy, const double* ys,
+               const qint32* columns, qint64 n, qint32* rows)
+{
+    for (qint64 i = 0; i < n; ++i) {
+        const double py = mapping.mapYAs<bYDown>(ys[i]);
+        // A NaN is replaced before any conversion sees it. Plain bitwise
+        // logic keeps the loop free of branches.
+        const bool none = (py != py) | (columns[i] == kNoPixel);
+        const qint32 row = devicePixel(none ? 0.0 : py, m22, dy);
+        rows[i] = none ? kNoPixel : row;
+    }
+}
+
+} // namespace
+
+void mapRows(const CoordMapping& mapping, double m22, double dy, const double* ys,
+             const qint32* columns, qint64 n, qint32* rows)
+{
+    if (mapping.yDown)
+        mapRowsAs<true>(mapping, m22, dy, ys, columns, n, rows);
+    else
+        mapRowsAs<false>(mapping, m22, dy, ys, columns, n, rows);
+}
+
+void mapColumns(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 n,
+                qint32* columns)
+{
+    for (qint64 i = 0; i < n; ++i) {
+        const double px = mapping.mapX(xs[i]);
+        const bool none = px != px;
+        const qint32 column = devicePixel(none ? 0.0 : px, m11, dx);
+        columns[i] = none ? kNoPixel : column;
+    }
+}
+
+void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor)
+{
+    qint64 i = 0;
+    if (cursor.first) {
+        while (i < n && rows[i] == kNoPixel)
+            ++i;
+        if (i == n)
+            return;
+        point(columns[i], rows[i]);
+        cursor = Cursor{false, columns[i], rows[i]};
+        ++i;
+    }
+    int c0 = cursor.c;
+    int r0 = cursor.r;
+    const unsigned width = unsigned(m_width);
+    const int top = m_top;
+    const int last = m_top + m_height - 1;
+    const size_t stride = size_t(m_height + 1);
+    qint32* const diff = m_diff.data();
+    int* const los = m_lo.data();
+    int* const his = m_hi.data();
+    for (; i < n; ++i) {
+        const int r = rows[i];
+        if (r == kNoPixel)
+            continue;
+        const int c = columns[i];
+        if (c != c0) {
+            slanted(c0, r0, c, r);
+        } else {
+            // The common case of dense data: a span down one column.
+            const unsigned col = unsigned(c - m_left);
+            int lo = r > r0 ? r0 + 1 : r;
+            int hi = r > r0 ? r : r0 - 1;
+            lo = std::max(lo, top) - top;
+            hi = std::min(hi, last) - top;
+            if (col < width && lo <= hi) {
+                qint32* d = diff + size_t(col) * stride;
+                ++d[lo];
+                --d[hi + 1];
+                los[col] = std::min(los[col], lo);
+                his[col] = std::max(his[col], hi);
+            }
+        }
+        c0 = c;
+        r0 = r;
+    }
+    cursor.c = c0;
+    cursor.r = r0;
+}
 
 void Counter::begin(const QRect& target)
 {
@@ -87,18 +197,6 @@ void Counter::slanted(int c0, int r0, int c1, int r1)
             }
         }
     }
-}
-
-quint32 over(quint32 src, quint32 dst)
-{
-    const quint32 keep = 255 - (src >> 24);
-    quint32 out = 0;
-    for (int shift = 0; shift < 32; shift += 8) {
-        const quint32 s = (src >> shift) & 0xff;
-        const quint32 d = (dst >> shift) & 0xff;
-        out |= (s + mul255(d, keep)) << shift;
-    }
-    return out;
 }
 
 quint32 premultiply(quint32 argb)

@@ -2,9 +2,13 @@
 #ifndef GNSSPLOT_CURVERASTER_P_H
 #define GNSSPLOT_CURVERASTER_P_H
 
+#include "CoordMapping_p.h"
+
 #include <QRect>
 #include <QtGlobal>
 
+#include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <vector>
 
@@ -42,6 +46,28 @@
 namespace CurveRaster {
 
 constexpr int kCoordLimit = 1 << 30;
+// Marks a sample that has no pixel (a NaN on either axis).
+constexpr qint32 kNoPixel = INT_MIN;
+// Item pixel coordinates saturate here (the item's integer polylines).
+constexpr int kItemLimit = 1 << 28;
+
+// Where a walk along a run stands: the pixel of the last point counted.
+struct Cursor
+{
+    bool first = true;
+    int c = 0;
+    int r = 0;
+};
+
+// The device row of every sample in \a n: the item pixel of
+// CoordMapping::mapY truncated toward zero (saturated at +-kItemLimit), then
+// scaled by \a m22, offset by \a dy and floored. kNoPixel where the value or
+// its column (\a columns) has no pixel.
+void mapRows(const CoordMapping& mapping, double m22, double dy, const double* ys,
+             const qint32* columns, qint64 n, qint32* rows);
+// The device column of every X sample, as mapRows does for rows.
+void mapColumns(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 n,
+                qint32* columns);
 
 // Crossing counts of one target rectangle, column by column (a column of
 // dense data stays in the first levels of cache). Every point and span goes
@@ -84,6 +110,11 @@ public:
             addSpan(int(col), lo, hi);
     }
 
+    // The polyline through the pixels (columns[i], rows[i]), i < n, carrying
+    // on from \a cursor; pixels marked kNoPixel are left out and their
+    // neighbours joined.
+    void polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor);
+
     // Calls \a sink(column, row, count) for every pixel with a count above
     // zero, column by column, rows ascending, in target-relative pixels, and
     // zeroes the counter.
@@ -91,6 +122,8 @@ public:
     void resolve(Sink&& sink);
 
 private:
+    template <class Sink>
+    friend void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink);
     bool inside(int c, int r) const
     {
         return unsigned(c - m_left) < unsigned(m_width) && unsigned(r - m_top) < unsigned(m_height);
@@ -115,6 +148,10 @@ private:
     std::vector<int> m_hi;       // last touched row per column
 };
 
+// Like Counter::resolve, over the sum of several counters of one target.
+template <class Sink>
+void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink);
+
 template <class Sink>
 void Counter::resolve(Sink&& sink)
 {
@@ -138,9 +175,59 @@ void Counter::resolve(Sink&& sink)
     }
 }
 
+template <class Sink>
+void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink)
+{
+    // Difference arrays add up: the sum's running total down a column is
+    // the total of the counts.
+    if (used == 0)
+        return;
+    const Counter& head = counters[0];
+    const int width = head.m_width;
+    const int height = head.m_height;
+    const size_t stride = size_t(height + 1);
+    for (int col = 0; col < width; ++col) {
+        int lo = height;
+        int hi = -1;
+        for (size_t t = 0; t < used; ++t) {
+            lo = std::min(lo, counters[t].m_lo[size_t(col)]);
+            hi = std::max(hi, counters[t].m_hi[size_t(col)]);
+        }
+        if (lo > hi)
+            continue;
+        qint32 acc = 0;
+        for (int row = lo; row <= hi + 1; ++row) {
+            qint32 sum = 0;
+            for (size_t t = 0; t < used; ++t) {
+                qint32& d = counters[t].m_diff[size_t(col) * stride + size_t(row)];
+                sum += d;
+                d = 0;
+            }
+            acc += sum;
+            if (acc > 0 && row <= hi)
+                sink(col, row, quint32(acc));
+        }
+        for (size_t t = 0; t < used; ++t) {
+            counters[t].m_lo[size_t(col)] = height;
+            counters[t].m_hi[size_t(col)] = -1;
+        }
+    }
+}
+
 // Premultiplied 8-bit ARGB source-over, the arithmetic of the layers:
 // each channel is src + dst * (255 - srcAlpha) / 255, rounded to nearest.
-quint32 over(quint32 src, quint32 dst);
+inline quint32 over(quint32 src, quint32 dst)
+{
+    const quint32 keep = 255 - (src >> 24);
+    // Two channels at a time: (x * keep + 127) / 255 per channel, exactly.
+    const auto half = [keep](quint32 v) {
+        quint32 t = (v & 0x00ff00ffu) * keep + 0x007f007fu;
+        // t / 255 per 16-bit lane, exact for t < 65535.
+        t = ((t + ((t >> 8) & 0x00ff00ffu) + 0x00010001u) >> 8) & 0x00ff00ffu;
+        return t;
+    };
+    return src + (half(dst) | (half(dst >> 8) << 8));
+}
 // A straight colour (0xAARRGGBB) as premultiplied ARGB.
 quint32 premultiply(quint32 argb);
 

@@ -31,10 +31,13 @@ struct CoordMapping
     double mapX(double x) const { return ((x - xMin) / rx) * width + left; }
     // A NaN stays NaN through the arithmetic; callers that must pass it on
     // unchanged (payload and all) test for it themselves.
-    double mapY(double y) const
+    double mapY(double y) const { return yDown ? mapYAs<true>(y) : mapYAs<false>(y); }
+    // The same with the direction fixed, for loops that decide it once.
+    template <bool bYDown>
+    double mapYAs(double y) const
     {
         const double t = ((y - yMin) / ry) * height;
-        return yDown ? top + t : bottom - t;
+        return bYDown ? top + t : bottom - t;
     }
 
     double xMin;
