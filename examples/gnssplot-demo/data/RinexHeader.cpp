@@ -32,17 +32,42 @@ void addTypes(SystemTable& table, double version, const QByteArray& codes, qint6
     }
 }
 
-void readVersionLine(const Line& l, RinexHeader* h)
+void readVersionLine(const Line& l, qint64 n, RinexHeader* h)
 {
     if (l.label() != "RINEX VERSION / TYPE")
-        fail(1, QStringLiteral("not a RINEX file (no RINEX VERSION / TYPE line)"));
+        fail(n, QStringLiteral("not a RINEX file (no RINEX VERSION / TYPE line)"));
     if (!parseFixed(l.p, std::min(l.len, 9), &h->version) || std::isnan(h->version))
-        fail(1, QStringLiteral("bad RINEX version"));
+        fail(n, QStringLiteral("bad RINEX version"));
     if (h->version < 2.0 || h->version >= 5.0)
-        fail(1, QStringLiteral("unsupported RINEX version %1").arg(h->version));
+        fail(n, QStringLiteral("unsupported RINEX version %1").arg(h->version));
     if (l.at(20) != 'O')
-        fail(1, QStringLiteral("not an observation file (type '%1')").arg(QLatin1Char(l.at(20))));
+        fail(n, QStringLiteral("not an observation file (type '%1')").arg(QLatin1Char(l.at(20))));
     h->fileSystem = l.at(40) == ' ' ? 'G' : l.at(40);
+    // Compact version 1 holds version 2 records, compact version 3 those of
+    // versions 3 and 4.
+    if (h->compactVersion != 0 && (h->compactVersion == 3) != (h->version >= 3))
+        fail(n, QStringLiteral("compact RINEX %1.0 cannot hold RINEX %2 observations")
+                    .arg(h->compactVersion)
+                    .arg(h->version, 0, 'f', 2));
+}
+
+// The two lines in front of a compact file's RINEX header.
+void readCompactLines(LineCursor& lines, Line& l, RinexHeader* h)
+{
+    const QByteArray version = l.field(0, 20).trimmed();
+    if (version == "1.0")
+        h->compactVersion = 1;
+    else if (version == "3.0")
+        h->compactVersion = 3;
+    else
+        fail(1, QStringLiteral("unsupported compact RINEX version \"%1\"")
+                    .arg(QString::fromLatin1(version)));
+    if (l.field(20, 20).trimmed() != "COMPACT RINEX FORMAT")
+        fail(1, QStringLiteral("not a compact RINEX file (no COMPACT RINEX FORMAT)"));
+    if (!lines.next(l) || l.label() != "CRINEX PROG / DATE")
+        fail(2, QStringLiteral("expected the CRINEX PROG / DATE line"));
+    if (!lines.next(l))
+        fail(3, QStringLiteral("file ends before the RINEX header"));
 }
 
 } // namespace
@@ -60,9 +85,9 @@ void readHeader(LineCursor& lines, RinexHeader* h)
     Line l;
     if (!lines.next(l))
         fail(1, QStringLiteral("empty file"));
-    if (l.label().startsWith("CRINEX"))
-        fail(1, QStringLiteral("Hatanaka-compressed RINEX is not supported; decompress it first"));
-    readVersionLine(l, h);
+    if (l.label().startsWith("CRINEX VERS"))
+        readCompactLines(lines, l, h);
+    readVersionLine(l, lines.number(), h);
 
     int leapSeconds = 18;
     QByteArray timeSystem;

@@ -39,6 +39,7 @@ inline int systemSlot(char system)
 struct RinexHeader
 {
     double version = 0;
+    int compactVersion = 0; // 1 or 3 for compact (Hatanaka) files, else 0
     char fileSystem = 'G';
     std::array<SystemTable, 26> tables; // version 3 and later, by systemSlot()
     SystemTable v2Table;                // version 2: one list for every system
@@ -52,7 +53,8 @@ struct RinexHeader
 };
 
 // Reads the header from the first line of \a lines up to and including
-// END OF HEADER. Throws ParseError.
+// END OF HEADER, with the two lines that open a compact file. Throws
+// ParseError.
 void readHeader(LineCursor& lines, RinexHeader* header);
 
 } // namespace rinex

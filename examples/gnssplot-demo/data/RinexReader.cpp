@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The reader's front: the header, then the body from the file's lines, then
-// the signal selection per satellite.
+// The reader's front: the header, then the body from the file's lines (or
+// from the records a compact file's lines stand for), then the signal
+// selection per satellite.
 #include "RinexReader.h"
 
+#include "CrinexDecoder_p.h"
 #include "RinexBody_p.h"
 #include "RinexSignals_p.h"
 
@@ -21,7 +23,10 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readText(const QByteArray&
         LineCursor lines(text.constData(), text.constData() + text.size());
         RinexHeader header;
         readHeader(lines, &header);
-        RinexBody body(lines, header);
+        std::unique_ptr<CrinexDecoder> decoder;
+        if (header.compactVersion != 0)
+            decoder = std::make_unique<CrinexDecoder>(lines, header);
+        RinexBody body(decoder ? static_cast<LineSource&>(*decoder) : lines, header);
         body.read();
 
         std::vector<SatelliteObservations> sats;
