@@ -273,6 +273,8 @@ bool CrinexDecoder::decodeEpoch()
                                     && parseInt(epoch, 29, 3, &count);
     if (!counted || count < 0)
         fail(n, QStringLiteral("bad epoch line (flag or satellite count)"));
+    if (flag > 6)
+        fail(n, QStringLiteral("unknown epoch flag %1").arg(flag));
 
     if (flag >= 2 && flag <= 5) {
         // An event: the epoch line and its records as they stand.
