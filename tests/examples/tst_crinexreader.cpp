@@ -289,12 +289,13 @@ void tst_CrinexReader::sameAsPlain_data()
     QTest::addColumn<QString>("plain");
     QTest::addColumn<QString>("packing"); // how the compact file is stored for the test
     const QString gras = QStringLiteral("GRAS00FRA_R_20223151700_15M_01S_MO");
+    const QString asIs = QStringLiteral("as is");
     QTest::newRow("GRAS 3.0 .crx.gz") << gras + QStringLiteral(".crx.gz")
-                                      << gras + QStringLiteral(".rnx.gz") << QStringLiteral("as is");
+                                      << gras + QStringLiteral(".rnx.gz") << asIs;
     QTest::newRow("GRAS 3.0 .crx.Z") << gras + QStringLiteral(".crx.gz")
                                      << gras + QStringLiteral(".rnx.gz") << QStringLiteral(".Z");
     QTest::newRow("DELF 1.0 .21d.gz") << QStringLiteral("delf0010.21d.gz")
-                                      << QStringLiteral("delf0010.21o.gz") << QStringLiteral("as is");
+                                      << QStringLiteral("delf0010.21o.gz") << asIs;
     QTest::newRow("DELF 1.0 .21d.Z") << QStringLiteral("delf0010.21d.gz")
                                      << QStringLiteral("delf0010.21o.gz") << QStringLiteral(".Z");
     QTest::newRow("DELF 1.0 .21d") << QStringLiteral("delf0010.21d.gz")
@@ -520,14 +521,14 @@ void tst_CrinexReader::randomDamage()
         QByteArray damaged = text;
         const int kind = round % 4;
         if (kind == 0) {
-            damaged.truncate(random.bounded(damaged.size()));
+            damaged.truncate(random.bounded(int(damaged.size())));
         } else if (kind == 1) {
             for (int k = random.bounded(1, 5); k > 0; --k)
-                damaged[random.bounded(damaged.size())] =
+                damaged[random.bounded(int(damaged.size()))] =
                     alphabet[random.bounded(int(sizeof(alphabet)) - 1)];
         } else {
             QList<QByteArray> lines = damaged.split('\n');
-            const int at = random.bounded(lines.size());
+            const int at = random.bounded(int(lines.size()));
             if (kind == 2)
                 lines.removeAt(at);
             else
@@ -557,9 +558,9 @@ void tst_CrinexReader::randomDamage()
     for (int round = 0; round < 40; ++round) {
         QByteArray bytes = packed[round % 2];
         if (round % 4 < 2) {
-            bytes.truncate(random.bounded(3, bytes.size()));
+            bytes.truncate(random.bounded(3, int(bytes.size())));
         } else {
-            const int at = random.bounded(3, bytes.size());
+            const int at = random.bounded(3, int(bytes.size()));
             bytes[at] = char(bytes[at] ^ (1 << random.bounded(8)));
         }
         QVERIFY(writeFile(damagedPath, bytes));

@@ -57,7 +57,7 @@ bool appendFixed(QByteArray& out, qint64 v, int decimals, int width)
 
 void rightTrim(QByteArray& text, int from)
 {
-    int end = text.size();
+    int end = int(text.size());
     while (end > from && text[end - 1] == ' ')
         --end;
     text.truncate(end);
@@ -91,14 +91,14 @@ Line CrinexDecoder::needInput(const char* what)
 
 void CrinexDecoder::beginLine(qint64 line)
 {
-    m_lines.push_back(OutLine{m_out.size(), 0, line});
+    m_lines.push_back(OutLine{int(m_out.size()), 0, line});
 }
 
 void CrinexDecoder::endLine()
 {
     OutLine& o = m_lines.back();
     rightTrim(m_out, o.offset);
-    o.length = m_out.size() - o.offset;
+    o.length = int(m_out.size()) - o.offset;
 }
 
 void CrinexDecoder::rebuildEpochLine(const Line& l)
@@ -193,8 +193,8 @@ void CrinexDecoder::writeEpochLines(const QByteArray& ids, int count, const qint
     const int listColumn = m_v3 ? 41 : 32;
     const int fixedPart = m_v3 ? 35 : 32;
     beginLine(line);
-    m_out.append(m_epochLine.constData(), std::min(fixedPart, m_epochLine.size()));
-    m_out.append(fixedPart - std::min(fixedPart, m_epochLine.size()), ' ');
+    m_out.append(m_epochLine.constData(), std::min(fixedPart, int(m_epochLine.size())));
+    m_out.append(fixedPart - std::min(fixedPart, int(m_epochLine.size())), ' ');
     if (m_v3) {
         if (clock) {
             m_out.append(listColumn - fixedPart, ' ');
@@ -264,7 +264,7 @@ bool CrinexDecoder::decodeEpoch()
     } while (l.isBlank());
     const qint64 n = m_in.number();
     rebuildEpochLine(l);
-    const Line epoch{m_epochLine.constData(), m_epochLine.size()};
+    const Line epoch{m_epochLine.constData(), int(m_epochLine.size())};
     int flag = 0;
     int count = 0;
     const int zero = 0;
