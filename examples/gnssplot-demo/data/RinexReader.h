@@ -12,8 +12,10 @@ namespace gnssdemo {
 
 /*!
     Reads RINEX observation files, versions 2.xx and 3.xx (and 4.xx, whose
-    observation records are those of 3.05), plain or gzip-compressed, into a
-    MemoryObservationSource.
+    observation records are those of 3.05), plain or in the compact
+    (Hatanaka) form 1.0 or 3.0, each plain, gzip-compressed or Unix-compressed
+    (.Z), into a MemoryObservationSource. The observations of a compact file
+    equal those of its plain form; errors in it name its own lines.
 
     Only pseudoranges (C, and P in version 2) and carrier phases (L) with
     their loss-of-lock indicators are kept. For each satellite and band the
@@ -48,8 +50,10 @@ public:
                                                              QString* error);
 };
 
-/*! Reads a whole file, gunzipping it when it is gzip-compressed (plain files
-    pass through). Returns false with a message in \a error on failure. */
+/*! Reads a whole file, expanding it when it is gzip- or Unix-compressed
+    (plain files pass through). Returns false with a message in \a error on
+    failure; damaged compressed data is reported as "NAME: line N: ...", N
+    being the line of the expanded text where the damage shows. */
 bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error);
 
 } // namespace gnssdemo
