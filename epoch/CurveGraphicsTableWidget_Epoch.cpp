@@ -138,7 +138,11 @@ void CurveGraphicsTableWidget_EpochPrivate::emitWindow()
     double start = 0.0;
     double end = 0.0;
     shownWindow(start, end);
-    emit q->sgTimeWindowChanged(toLinked(start), toLinked(end));
+    const double tMin = toLinked(start);
+    const double tMax = toLinked(end);
+    // A scale that carries the epochs beyond the doubles has nothing to say.
+    if (std::isfinite(tMin) && std::isfinite(tMax) && tMin < tMax)
+        emit q->sgTimeWindowChanged(tMin, tMax);
 }
 
 bool CurveGraphicsTableWidget_EpochPrivate::barCell(QRect& geometry) const

@@ -12,7 +12,6 @@
 #include <QtTest>
 
 using Window = QPair<double, double>;
-Q_DECLARE_METATYPE(Window)
 
 namespace {
 
