@@ -4,12 +4,12 @@
 #include "gnssplot_global.h"
 #include "stEpochDataSet.h"
 
+#include <QColor>
 #include <QList>
 #include <QMap>
 #include <QPair>
 #include <QPoint>
 #include <QString>
-#include <QColor>
 #include <QTableWidget>
 
 #include <memory>
