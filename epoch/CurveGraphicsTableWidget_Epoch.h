@@ -4,6 +4,7 @@
 #include "gnssplot_global.h"
 #include "stEpochDataSet.h"
 
+#include <QColor>
 #include <QList>
 #include <QMap>
 #include <QPair>
@@ -11,11 +12,14 @@
 #include <QString>
 #include <QTableWidget>
 
-class EpochLabel;
-class QCheckBox;
+#include <memory>
+
+class CurveGraphicsTableWidget_EpochPrivate;
 class QContextMenuEvent;
+class QKeyEvent;
 class QMouseEvent;
 class QPixmap;
+class QWheelEvent;
 
 /*!
     \class CurveGraphicsTableWidget_Epoch
@@ -40,10 +44,46 @@ class QPixmap;
 
     The table owns every widget and item in its cells. Mouse presses, moves
     and releases on the bars never select cells.
+
+    \section1 Time window
+
+    With timeNavigationEnabled (off by default) the bars can show a window of
+    the epoch range instead of all of it:
+    \list
+    \li Ctrl+wheel zooms about the cursor: the epoch under it stays put.
+    \li Shift+wheel, a horizontal wheel or a drag with the middle button pans.
+    \li A double-click with the left button on the bars, or the Home key,
+        returns to the whole range (resetTimeWindow()).
+    \li The plain wheel scrolls the rows as before, keeping the window; a
+        left (or right) drag still marks epochs.
+    \endlist
+    Bars and erase marks are drawn for the window, and a drag marks the epochs
+    the window shows under it, so a zoomed drag marks to the single epoch.
+    Marks are stored in epochs and keep their meaning whatever the window.
+    The window is kept inside the range and at least a few epochs wide; the
+    legend row does not change. PaintAllLabelsToDevice() always paints the
+    whole range.
+
+    The window is exchanged in linked time units, t = msAtEpochZero + epoch *
+    msPerEpoch (setEpochTimeScale(); by default the epochs themselves). For a
+    host whose epochs are GPST milliseconds since 1970, as the time axis of
+    CurveGraphicsView reads, the defaults already match, and two connections
+    link table and view both ways:
+    \code
+    connect(view, &CurveGraphicsView::sgTimeWindowChanged,
+            table, &CurveGraphicsTableWidget_Epoch::setTimeWindow);
+    connect(table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged,
+            view, &CurveGraphicsView::setTimeWindow);
+    \endcode
+    setTimeWindow() emits only when the window really changes, so the echo of
+    a linked widget ends the exchange.
 */
 class GNSSPLOT_EXPORT CurveGraphicsTableWidget_Epoch : public QTableWidget
 {
     Q_OBJECT
+    /*! Whether the user can zoom and pan the bars in time; false by default. */
+    Q_PROPERTY(bool timeNavigationEnabled READ isTimeNavigationEnabled
+                   WRITE setTimeNavigationEnabled)
 public:
     /*! Creates the empty table: the header row only, range 0 to 0, no
         actions, the "Satellite" check box checked. */
@@ -108,6 +148,55 @@ public:
         satellite rows \a selection is untouched. */
     void getStateliteEnabled(QMap<QString, bool>& selection) const;
 
+    /*! Switches time navigation on or off (see the class description).
+        Switching it off shows the whole range again and emits
+        sgTimeWindowChanged() if a zoomed window goes. */
+    void setTimeNavigationEnabled(bool bEnabled);
+    /*! Whether time navigation is on; false by default. */
+    bool isTimeNavigationEnabled() const;
+
+    /*! Sets how epochs convert to the linked time units of the window's
+        signal and slot: t = \a msAtEpochZero + epoch * \a msPerEpoch; the
+        default is 1 and 0. For a host counting epochs in GPST seconds since
+        1970, pass 1000 and 0. The window keeps its epochs; nothing is emitted,
+        so set the scale before linking. Returns false, changing nothing, for
+        a \a msPerEpoch that is not positive and finite or a non-finite
+        \a msAtEpochZero. */
+    bool setEpochTimeScale(double msPerEpoch, double msAtEpochZero);
+    /*! Reads the scale set by setEpochTimeScale(). */
+    void getEpochTimeScale(double& msPerEpoch, double& msAtEpochZero) const;
+
+    /*! Gives the window the bars show, in linked time units (see
+        setEpochTimeScale()). It is the whole range [startTime, endTime] while
+        navigation is off, nothing is zoomed, or the table is empty. */
+    void getTimeWindow(double& tMin, double& tMax) const;
+
+    /*! Colour of the bars of data set (band) \a band: from the colour palette
+        when \a bEnabled, else from the grey palette, as the table draws them.
+        Bands 0 to 3 are the legend's "L1/G1/B1/E1/J1", "L2/G2/B2/J2",
+        "L5/G3/B3/E5a/J5" and "E5b/B2a". An invalid QColor for a band below 0
+        or above 65534. */
+    static QColor bandColor(int band, bool bEnabled = true);
+    /*! Top of the bar of data set \a band, in pixels from the top of its
+        cell or pixmap: 4 + 6 * band; -1 for a band below 0 or above 65534.
+        A pixmap for n bands is best barTop(n) + 2 pixels high. */
+    static int barTop(int band);
+    /*! Height of every bar, pixels (4). */
+    static int barHeight();
+
+public slots:
+    /*! Shows the window [\a tMin, \a tMax], in linked time units (see
+        setEpochTimeScale()), fitted into the range: at least a few epochs
+        wide, no wider than the range, and shifted inside it. Emits
+        sgTimeWindowChanged() with the fitted window when it differs from the
+        one shown, so a linked widget's echo ends here. Does nothing while
+        navigation is off, the range is empty, or a bound is not finite or
+        \a tMin is not below \a tMax. */
+    void setTimeWindow(double tMin, double tMax);
+    /*! Shows the whole range again; emits sgTimeWindowChanged() when a zoomed
+        window goes. Does nothing while navigation is off. */
+    void resetTimeWindow();
+
 signals:
     /*! The user clicked the "Satellite" box or a satellite's check box: the
         selection may have changed. Read it with getStateliteEnabled(). */
@@ -115,6 +204,11 @@ signals:
     /*! Erase marks were added by a drag, removed through the context menu,
         undone or cleared. Read them with getStateliteEraseMarks(). */
     void sgEraseMarksChanged();
+    /*! The window the bars show changed to [\a tMin, \a tMax], in linked time
+        units (see setEpochTimeScale()): by the user's navigation,
+        setTimeWindow(), resetTimeWindow(), switching navigation off, or
+        setResources() with navigation on. An empty table reports nothing. */
+    void sgTimeWindowChanged(double tMin, double tMax);
 
 protected:
     /*! Starts a drag at the press position (viewport pixels), any button. */
@@ -128,6 +222,15 @@ protected:
     /*! Offers "Remove the rect for erase." over an erase mark of a
         satellite's bars; shows no menu anywhere else. */
     void contextMenuEvent(QContextMenuEvent* event) override;
+    /*! With time navigation, Ctrl+wheel zooms and Shift+wheel or a
+        horizontal wheel pans the window; otherwise the rows scroll. */
+    void wheelEvent(QWheelEvent* event) override;
+    /*! With time navigation, a left double-click on the bars shows the whole
+        range again; otherwise as QTableWidget. */
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    /*! With time navigation, Home shows the whole range again; otherwise as
+        QTableWidget. */
+    void keyPressEvent(QKeyEvent* event) override;
 
 private slots:
     void onTitleCheck();
@@ -138,16 +241,7 @@ private:
     void makeEraseMarks(const QRect& rect);
     void setDragRectOnLabels(const QRect& rect);
 
-    int eraseActionNum = 0;
-    QMap<QString, EpochLabel*> labels;
-    qint64 startTime = 0;
-    qint64 endTime = 0;
-    bool dragging = false;
-    QPoint pressPos;
-    QPoint currentPos;
-    QString menuSatellite;
-    QPoint menuGlobalPos;
-    QCheckBox* titleCheckBox = nullptr;
+    const std::unique_ptr<CurveGraphicsTableWidget_EpochPrivate> d;
 
     Q_DISABLE_COPY(CurveGraphicsTableWidget_Epoch)
 };

@@ -7,6 +7,8 @@
 #include <QRectF>
 #include <QWidget>
 
+#include <cmath>
+
 namespace {
 
 // How far beyond the device edges geometry is kept. It exceeds the reach of
@@ -43,7 +45,8 @@ bool clipLineX(QLineF& line, double lo, double hi)
 void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint64 startTime,
                     qint64 endTime, const QList<stEpochDataSet>& dataSets,
                     const QMap<int, QPair<qint64, qint64>>& eraseMarks,
-                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen)
+                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen,
+                    const EpochWindow& window)
 {
     if (!painter)
         return;
@@ -66,24 +69,28 @@ void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint6
         return;
     }
     const double width = double(w);
-    const double scale = epochScale(width, startTime, endTime);
+    const EpochMapping mapping = epochMapping(width, startTime, endTime, window);
+    if (!(mapping.scale > 0.0) || std::isinf(mapping.scale)) {
+        painter->restore();
+        return;
+    }
 
     Q_ASSERT(brushes.size() >= dataSets.size());
     const int bands = qMin(dataSets.size(), brushes.size());
     painter->setPen(Qt::NoPen);
     for (int i = 0; i < bands; ++i) {
-        const double y = 4.0 + 6.0 * i;
+        const double y = double(kEpochBarTop) + double(kEpochBarPitch) * i;
         // Bars below the bottom edge cannot reach a pixel, nor can any later.
         if (y >= double(h))
             break;
         painter->setBrush(brushes.at(i));
-        forEachEpochBar(dataSets.at(i).ranges, startTime, endTime, scale,
+        forEachEpochBar(dataSets.at(i).ranges, startTime, endTime, mapping,
                         [painter, width, y](double x1, double x2) {
                             if (x2 <= 0.0 || x1 >= width)
                                 return;
                             x1 = qMax(x1, -kMargin);
                             x2 = qMin(x2, width + kMargin);
-                            painter->drawRect(QRectF(x1, y, x2 - x1, 4.0));
+                            painter->drawRect(QRectF(x1, y, x2 - x1, kEpochBarHeight));
                         });
     }
 
@@ -95,9 +102,8 @@ void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint6
         const double lo = -kMargin;
         const double hi = width + kMargin;
         for (const QPair<qint64, qint64>& mark : eraseMarks) {
-            const double x1 = epochToX(mark.first, startTime, scale);
-            const double x2 =
-                epochToX(epochSaturatedAdd(mark.first, mark.second), startTime, scale);
+            const double x1 = mapping.toX(mark.first);
+            const double x2 = mapping.toX(epochSaturatedAdd(mark.first, mark.second));
             const QLineF lines[6] = {
                 QLineF(x1, top, x2, top),    QLineF(x1, top, x1, bottom),
                 QLineF(x1, bottom, x2, bottom), QLineF(x2, top, x2, bottom),

@@ -1,6 +1,7 @@
 #ifndef GNSSPLOT_EPOCHBARS_P_H
 #define GNSSPLOT_EPOCHBARS_P_H
 
+#include "EpochGeometry_p.h"
 #include "stEpochDataSet.h"
 
 #include <QBrush>
@@ -24,7 +25,9 @@ class QWidget;
     drawn. Bars of data set i are 4 pixels high at y = 4 + 6 i, in brushes[i],
     mapped with x = (t - startTime) * width / (endTime - startTime); erase marks
     are boxes with both diagonals in \a markPen from y 2 to height - 4. An
-    empty or inverted range draws only the drag rectangle.
+    empty or inverted range draws only the drag rectangle. An active
+    \a window maps its own span over the width instead; bars and marks keep
+    their epochs and are only cut at the edges.
 
     The painted device must span x 0 to width and y 0 to height (a widget's
     own painter, or a pixmap of that size): stretches and marks that lie wholly
@@ -35,6 +38,7 @@ class QWidget;
 void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint64 startTime,
                     qint64 endTime, const QList<stEpochDataSet>& dataSets,
                     const QMap<int, QPair<qint64, qint64>>& eraseMarks,
-                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen);
+                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen,
+                    const EpochWindow& window = EpochWindow());
 
 #endif // GNSSPLOT_EPOCHBARS_P_H

@@ -16,13 +16,42 @@ qint64 epochTruncate(double value)
     return qint64(value);
 }
 
-QRectF epochMarkBox(const QPair<qint64, qint64>& mark, qint64 startTime, double scale,
-                    int height)
+QRectF epochMarkBox(const QPair<qint64, qint64>& mark, const EpochMapping& mapping, int height)
 {
-    const double x1 = epochToX(mark.first, startTime, scale);
-    const double x2 = epochToX(epochSaturatedAdd(mark.first, mark.second), startTime, scale);
+    const double x1 = mapping.toX(mark.first);
+    const double x2 = mapping.toX(epochSaturatedAdd(mark.first, mark.second));
     return QRectF(x1, 2.0, x2 - x1, double(height - 4) - 2.0);
 }
+
+namespace {
+
+// Truncates the interval [start, start + length) to whole epochs and clips it
+// to [lo, hi]; false when nothing is left.
+bool clipEraseInterval(double start, double length, qint64 lo, qint64 hi, qint64& t0,
+                       qint64& len)
+{
+    if (std::isnan(start) || std::isnan(length))
+        return false;
+    qint64 markStart = epochTruncate(start);
+    qint64 markLength = epochTruncate(length);
+
+    if (markStart < lo) {
+        markLength = epochSaturatedAdd(markLength, epochSaturatedSub(markStart, lo));
+        markStart = lo;
+    }
+    if (markLength <= 0 || markStart >= hi)
+        return false;
+    // Compare against the room left instead of forming markStart + markLength,
+    // which may not fit; the room itself saturates for ranges wider than 2^63.
+    const qint64 room = epochSaturatedSub(hi, markStart);
+    if (markLength > room)
+        markLength = room;
+    t0 = markStart;
+    len = markLength;
+    return true;
+}
+
+} // namespace
 
 bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 startTime,
                         qint64 endTime, qint64& t0, qint64& len)
@@ -38,23 +67,64 @@ bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 sta
     const double offset = double(rect.left()) - double(headGeometry.left());
     const double start = double(startTime) + offset / scale;
     const double length = double(rect.width()) / scale;
-    if (std::isnan(start) || std::isnan(length))
-        return false;
-    qint64 markStart = epochTruncate(start);
-    qint64 markLength = epochTruncate(length);
+    return clipEraseInterval(start, length, startTime, endTime, t0, len);
+}
 
-    if (markStart < startTime) {
-        markLength = epochSaturatedAdd(markLength, epochSaturatedSub(markStart, startTime));
-        markStart = startTime;
-    }
-    if (markLength <= 0 || markStart >= endTime)
+bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 startTime,
+                        qint64 endTime, const EpochWindow& window, qint64& t0, qint64& len)
+{
+    if (!window.bActive)
+        return epochEraseInterval(rect, headGeometry, startTime, endTime, t0, len);
+    if (endTime <= startTime || !(window.end > window.start))
         return false;
-    // Compare against the room left instead of forming markStart + markLength,
-    // which may not fit; the room itself saturates for ranges wider than 2^63.
-    const qint64 room = epochSaturatedSub(endTime, markStart);
-    if (markLength > room)
-        markLength = room;
-    t0 = markStart;
-    len = markLength;
+    // The same arithmetic with the window in place of the range, so that a
+    // drag over a zoomed bar gives what the same epochs give unzoomed.
+    const double pixels = double(headGeometry.right()) - double(headGeometry.left());
+    const double scale = pixels / (window.end - window.start);
+    if (!(scale > 0.0) || std::isinf(scale))
+        return false;
+    const double offset = double(rect.left()) - double(headGeometry.left());
+    const double start = window.start + offset / scale;
+    const double length = double(rect.width()) / scale;
+    // Only what the window shows is marked: a drag that starts over the check
+    // boxes must not reach epochs left of the window.
+    const qint64 lo = qMax(startTime, epochTruncate(std::ceil(window.start)));
+    const qint64 hi = qMin(endTime, epochTruncate(std::floor(window.end)));
+    return clipEraseInterval(start, length, lo, hi, t0, len);
+}
+
+double epochMinimumSpan(qint64 startTime, qint64 endTime)
+{
+    // 2^-40 of the magnitude is 4096 steps of a double there: far from the
+    // resolution limit, and below a millisecond for times of our era.
+    const double magnitude = std::fabs(double(startTime)) + std::fabs(double(endTime));
+    return qMax(4.0, magnitude * 0x1p-40);
+}
+
+bool fitEpochWindow(double& start, double& end, qint64 startTime, qint64 endTime)
+{
+    if (endTime <= startTime)
+        return false;
+    if (!(std::isfinite(start) && std::isfinite(end) && start < end))
+        return false;
+    const double lo = double(startTime);
+    const double hi = double(endTime);
+    const double whole = hi - lo;
+    double span = end - start; // may overflow to infinity, which counts as too wide
+    if (!(span < whole)) {
+        start = lo;
+        end = hi;
+        return true;
+    }
+    double first = start;
+    const double minSpan = qMin(epochMinimumSpan(startTime, endTime), whole);
+    if (span < minSpan) {
+        const double centre = start * 0.5 + end * 0.5;
+        span = minSpan;
+        first = centre - span * 0.5;
+    }
+    first = qBound(lo, first, hi - span);
+    start = first;
+    end = qMin(first + span, hi);
     return true;
 }

@@ -66,11 +66,72 @@ inline double epochToX(qint64 t, qint64 startTime, double scale)
     return epochDifference(t, startTime) * scale;
 }
 
+/*! Bars: data set i is drawn kEpochBarHeight pixels high from
+    y = kEpochBarTop + kEpochBarPitch * i. */
+constexpr int kEpochBarTop = 4;
+constexpr int kEpochBarPitch = 6;
+constexpr int kEpochBarHeight = 4;
+
+/*! The part of the epoch range a bar cell shows. Inactive: the whole range
+    [startTime, endTime], mapped with exact integer differences. Active: the
+    window [start, end] (epochs, fractional allowed) inside it. */
+struct EpochWindow
+{
+    bool bActive = false;
+    double start = 0.0;
+    double end = 0.0;
+};
+
+/*! Epoch to x over a bar cell: for the whole range, x = (t - startTime) *
+    scale with the difference taken in integers; for a window, x = (t -
+    window start) * scale in doubles. */
+struct EpochMapping
+{
+    qint64 origin = 0;
+    double windowStart = 0.0;
+    double scale = 0.0;
+    bool bWindow = false;
+
+    double toX(qint64 t) const
+    {
+        return bWindow ? (double(t) - windowStart) * scale : epochToX(t, origin, scale);
+    }
+};
+
+/*! The mapping of \a window over \a pixels for the range [\a startTime,
+    \a endTime]; its scale is 0 when the range or window is empty. */
+inline EpochMapping epochMapping(double pixels, qint64 startTime, qint64 endTime,
+                                 const EpochWindow& window)
+{
+    EpochMapping mapping;
+    mapping.origin = startTime;
+    if (window.bActive && endTime > startTime) {
+        mapping.bWindow = true;
+        mapping.windowStart = window.start;
+        const double span = window.end - window.start;
+        mapping.scale = span > 0.0 ? pixels / span : 0.0;
+    } else {
+        mapping.scale = epochScale(pixels, startTime, endTime);
+    }
+    return mapping;
+}
+
+/*! The smallest window span over the range [\a startTime, \a endTime], in
+    epochs: a few epochs, and never so little that the window's bounds could
+    not be told apart as doubles. */
+double epochMinimumSpan(qint64 startTime, qint64 endTime);
+
+/*! Fits the window [\a start, \a end] into the range [\a startTime,
+    \a endTime]: spans below epochMinimumSpan() grow about their centre,
+    spans beyond the range become the range, and windows sticking out are
+    shifted in. Returns false, leaving both untouched, for a non-finite or
+    inverted window or an empty or inverted range. */
+bool fitEpochWindow(double& start, double& end, qint64 startTime, qint64 endTime);
+
 /*! The hit box of the erase mark \a mark, (start epoch, length), on a label
     \a height pixels high: x from the mark's start to its end, y from 2 to
     height - 4, as the context menu and the removal test it. */
-QRectF epochMarkBox(const QPair<qint64, qint64>& mark, qint64 startTime, double scale,
-                    int height);
+QRectF epochMarkBox(const QPair<qint64, qint64>& mark, const EpochMapping& mapping, int height);
 
 /*! Turns the drag rectangle \a rect (viewport pixels) into the epoch interval
     of one erase-mark action. \a headGeometry is the legend cell; its
@@ -81,23 +142,30 @@ QRectF epochMarkBox(const QPair<qint64, qint64>& mark, qint64 startTime, double 
 bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 startTime,
                         qint64 endTime, qint64& t0, qint64& len);
 
+/*! The same for a legend cell that shows the active \a window of the range:
+    right() - left() spans the window, and the interval is clipped to the
+    whole epochs inside both the window and the range. An inactive window
+    gives exactly epochEraseInterval(). */
+bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 startTime,
+                        qint64 endTime, const EpochWindow& window, qint64& t0, qint64& len);
+
 /*! Walks the bar of one data set over [\a startTime, \a endTime] and calls
-    \a fill(x1, x2) for every stretch to paint, in order, with x = (t -
-    startTime) * \a scale: the stretches between consecutive pairs of
+    \a fill(x1, x2) for every stretch to paint, in order, with x from
+    \a mapping: the stretches between consecutive pairs of
     \a ranges (a zero-length stretch widened to one pixel) and the stretch from
     the end of the last pair to \a endTime. A pair that starts before the end
     of the previous one adds no stretch. The walk allocates nothing. */
 template <typename Fill>
 void forEachEpochBar(const QList<QPair<qint64, qint64>>& ranges, qint64 startTime,
-                     qint64 endTime, double scale, Fill&& fill)
+                     qint64 endTime, const EpochMapping& mapping, Fill&& fill)
 {
     qint64 t = startTime;
     bool first = true;
     for (const QPair<qint64, qint64>& range : ranges) {
         const qint64 a = range.first;
         if (!first && a >= t) {
-            const double x1 = epochToX(t, startTime, scale);
-            double x2 = epochToX(a, startTime, scale);
+            const double x1 = mapping.toX(t);
+            double x2 = mapping.toX(a);
             if (x1 >= x2)
                 x2 = x1 + 1.0;
             fill(x1, x2);
@@ -106,7 +174,7 @@ void forEachEpochBar(const QList<QPair<qint64, qint64>>& ranges, qint64 startTim
         t = epochSaturatedAdd(a, range.second);
     }
     if (endTime > t)
-        fill(epochToX(t, startTime, scale), epochToX(endTime, startTime, scale));
+        fill(mapping.toX(t), mapping.toX(endTime));
 }
 
 #endif // GNSSPLOT_EPOCHGEOMETRY_P_H

@@ -37,20 +37,20 @@ void EpochLabel::clearEpochData()
     brushes.clear();
 }
 
-double EpochLabel::markScale() const
+EpochMapping EpochLabel::markMapping() const
 {
     // Marks are hit-tested over the label's full width, the span painting uses.
-    return epochScale(double(geometry().width()), startTime, endTime);
+    return epochMapping(double(geometry().width()), startTime, endTime, window);
 }
 
 int EpochLabel::eraseMarkKeyAt(const QPointF& pos) const
 {
     if (endTime <= startTime)
         return -1;
-    const double scale = markScale();
+    const EpochMapping mapping = markMapping();
     const int h = height();
     for (auto it = eraseMarks.cbegin(); it != eraseMarks.cend(); ++it) {
-        if (epochMarkBox(it.value(), startTime, scale, h).contains(pos))
+        if (epochMarkBox(it.value(), mapping, h).contains(pos))
             return it.key();
     }
     return -1;
@@ -60,12 +60,12 @@ void EpochLabel::removeEraseMarksAt(const QPoint& globalPos)
 {
     if (endTime <= startTime)
         return;
-    const double scale = markScale();
+    const EpochMapping mapping = markMapping();
     const QPointF p = QPointF(mapFromGlobal(globalPos));
     const int h = height();
     // Overlapping marks under the point all go, not only the first.
     for (auto it = eraseMarks.begin(); it != eraseMarks.end();) {
-        if (epochMarkBox(it.value(), startTime, scale, h).contains(p))
+        if (epochMarkBox(it.value(), mapping, h).contains(p))
             it = eraseMarks.erase(it);
         else
             ++it;
@@ -77,5 +77,5 @@ void EpochLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     paintEpochBars(&painter, this, dragRect, startTime, endTime, dataSets, eraseMarks, brushes,
-                   markPen, rectPen);
+                   markPen, rectPen, window);
 }

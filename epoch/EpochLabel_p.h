@@ -1,6 +1,7 @@
 #ifndef GNSSPLOT_EPOCHLABEL_P_H
 #define GNSSPLOT_EPOCHLABEL_P_H
 
+#include "EpochGeometry_p.h"
 #include "stEpochDataSet.h"
 
 #include <QBrush>
@@ -56,11 +57,16 @@ public:
     // in label coordinates; -1 when none does or the range is empty.
     int eraseMarkKeyAt(const QPointF& pos) const;
 
+    // The part of the range the bars and marks show; inactive (the whole
+    // range) unless the table's time window is zoomed. Does not repaint.
+    const EpochWindow& getTimeWindow() const { return window; }
+    void setTimeWindow(const EpochWindow& w) { window = w; }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    double markScale() const;
+    EpochMapping markMapping() const;
 
     qint64 startTime = 0;
     qint64 endTime = 0;
@@ -71,6 +77,7 @@ private:
     QPen markPen;
     QPen rectPen;
     QRect dragRect;
+    EpochWindow window;
 };
 
 #endif // GNSSPLOT_EPOCHLABEL_P_H
