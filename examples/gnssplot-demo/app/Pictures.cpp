@@ -56,7 +56,9 @@ QImage curvePicture(const DemoHost& host, const QString& name, const QSize& size
     painter.setRenderHint(QPainter::TextAntialiasing);
     QFont bold = painter.font();
     bold.setBold(true);
-    const int titleHeight = QFontMetrics(bold).height() + 10;
+    const QFontMetrics boldMetrics(bold);
+    const QFontMetrics metrics(painter.font());
+    const int titleHeight = 6 + boldMetrics.height() + metrics.height() + 6;
 
     // The library draws on a transparent pixmap; the white ground under it
     // keeps the black labels readable in any image viewer.
@@ -65,18 +67,21 @@ QImage curvePicture(const DemoHost& host, const QString& name, const QSize& size
                                             &plot);
     painter.drawPixmap(0, titleHeight, plot);
 
-    const int a = host.bandA(name);
-    const int b = host.bandB(name);
-    painter.setFont(bold);
+    // What the curve is, since the library's labels are bare numbers.
+    const int textWidth = size.width() - 2 * kMargin;
+    const QString title = PictureTexts::tr("%1 code multipath MP1 in metres, %2 GPST")
+                              .arg(name, gpstText(epochs.front()).left(10));
+    const QString bands = PictureTexts::tr("Code and phase of %1, phase of %2")
+                              .arg(bandName(host.bandA(name)), bandName(host.bandB(name)));
     painter.setPen(Qt::black);
-    const QString title = PictureTexts::tr("%1 code multipath MP1 (%2 code, %2 + %3 phase), "
-                                           "metres, %4 GPST")
-                              .arg(name, bandName(a), bandName(b),
-                                   gpstText(epochs.front()).left(10));
-    painter.drawText(QRect(kMargin, 0, size.width() - 2 * kMargin, titleHeight),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(title, Qt::ElideRight,
-                                                      size.width() - 2 * kMargin));
+    painter.setFont(bold);
+    painter.drawText(QRect(kMargin, 6, textWidth, boldMetrics.height()),
+                     Qt::AlignLeft | Qt::AlignVCenter,
+                     boldMetrics.elidedText(title, Qt::ElideRight, textWidth));
+    painter.setFont(QFont());
+    painter.drawText(QRect(kMargin, 6 + boldMetrics.height(), textWidth, metrics.height()),
+                     Qt::AlignLeft | Qt::AlignVCenter,
+                     metrics.elidedText(bands, Qt::ElideRight, textWidth));
     return image;
 }
 
