@@ -86,7 +86,7 @@ int main(int argc, char** argv)
                                                        "after each Apply."),
                                         QStringLiteral("FILE"));
     const QCommandLineOption lang(QStringLiteral("lang"),
-                                  QStringLiteral("Language of the library's texts, e.g. zh_CN or "
+                                  QStringLiteral("Language of the texts, e.g. zh_CN or "
                                                  "de (default: the system's)."),
                                   QStringLiteral("LOCALE"));
     parser.addOptions({rinex, snapshotDir, size, report, screenshot, lang});
