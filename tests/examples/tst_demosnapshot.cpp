@@ -79,14 +79,19 @@ private slots:
 void tst_DemoSnapshot::snapshot_data()
 {
     QTest::addColumn<QString>("rinex");
-    QTest::newRow("synthetic day") << QString();
+    QTest::addColumn<bool>("curves");
+    QTest::newRow("synthetic day") << QString() << true;
     QTest::newRow("GRAS 1 Hz file")
-        << kDataDir + QStringLiteral("/GRAS00FRA_R_20223151700_15M_01S_MO.rnx.gz");
+        << kDataDir + QStringLiteral("/GRAS00FRA_R_20223151700_15M_01S_MO.rnx.gz") << true;
+    // A phone's file: code on two bands, phase on none.
+    QTest::newRow("phone file without phase")
+        << kDataDir + QStringLiteral("/GEOP092I.24o.gz") << false;
 }
 
 void tst_DemoSnapshot::snapshot()
 {
     QFETCH(QString, rinex);
+    QFETCH(bool, curves);
     if (!rinex.isEmpty() && !QFileInfo::exists(rinex))
         QSKIP("shared data file not found");
     QTemporaryDir dir;
@@ -136,6 +141,28 @@ void tst_DemoSnapshot::snapshot()
     QCOMPARE(summaryLine(lines, QStringLiteral("satellites:")), expectedSatellites);
     QVERIFY2(summaryLine(lines, QStringLiteral("epochs:")).startsWith(expectedEpochs),
              qPrintable(summaryLine(lines, QStringLiteral("epochs:"))));
+
+    // Without curves the plot says why, in the summary and in the window;
+    // the table and the bars are written all the same.
+    if (!curves) {
+        const QString why = QStringLiteral(
+            "No satellite has code and phase on two bands: no multipath to show.");
+        QCOMPARE(summaryLine(lines, QStringLiteral("curves:")), QStringLiteral("curves: 0"));
+        QCOMPARE(summaryLine(lines, QStringLiteral("empty plot:")),
+                 QStringLiteral("empty plot: ") + why);
+        QCOMPARE(summaryLine(lines, QStringLiteral("curve picture:")),
+                 QStringLiteral("curve picture: none"));
+        const QStringList written =
+            summaryLine(lines, QStringLiteral("pictures:")).mid(10).split(QLatin1Char(' '));
+        QCOMPARE(written.size(), 8);
+        for (const char* name : {"window.png", "view.png", "table.png", "bars.png"})
+            QVERIFY(!QImage(dir.filePath(QString::fromLatin1(name))).isNull());
+        QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("curve.png"))));
+        QVERIFY(countColour(QImage(dir.filePath(QStringLiteral("bars.png"))), kBandColours[0],
+                            0) > 100);
+        return;
+    }
+    QVERIFY(summaryLine(lines, QStringLiteral("empty plot:")).isEmpty());
 
     // The round trip: three marked satellites and one unchecked one read
     // back, applied, and no curve sample left inside the marks.

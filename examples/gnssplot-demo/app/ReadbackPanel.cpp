@@ -1,5 +1,7 @@
 #include "ReadbackPanel.h"
 
+#include "DemoTexts.h"
+
 #include <QComboBox>
 #include <QDateTime>
 #include <QGroupBox>
@@ -104,7 +106,7 @@ void ReadbackPanel::showSelection(const QMap<QString, bool>& enabled)
             unchecked.append(it.key());
     }
     const int total = enabled.size();
-    m_enabledCount->setText(tr("%1 of %2 enabled").arg(total - unchecked.size()).arg(total));
+    m_enabledCount->setText(DemoTexts::enabled(total - int(unchecked.size()), total));
     m_unchecked->setPlainText(unchecked.isEmpty()
                                   ? QString()
                                   : tr("Unchecked: %1").arg(unchecked.join(QStringLiteral(", "))));
@@ -130,13 +132,8 @@ void ReadbackPanel::showMarks(const QMap<QString, QList<stEpochDataSet>>& marks,
     }
     m_marks->addTopLevelItems(items);
     m_marksCount->setText(satellites == 0
-                              ? tr("No marks (%1 actions). Drag over the bars to mark epochs.")
-                                    .arg(actionCount)
-                              : tr("%1 marks on %2 satellites, %3 %4")
-                                    .arg(items.size())
-                                    .arg(satellites)
-                                    .arg(actionCount)
-                                    .arg(actionCount == 1 ? tr("action") : tr("actions")));
+                              ? DemoTexts::noMarks(actionCount)
+                              : DemoTexts::marks(int(items.size()), satellites, actionCount));
     m_undo->setEnabled(actionCount > 0);
     m_clear->setEnabled(actionCount > 0);
 }

@@ -1,5 +1,6 @@
 // The demo host application: multipath curves and the epoch table of the
 // built-in synthetic day or of a RINEX observation file.
+#include "DemoHost.h"
 #include "DemoWindow.h"
 #include "ScriptReport.h"
 #include "Snapshot.h"
@@ -33,15 +34,20 @@ void quietOffscreen(QtMsgType type, const QMessageLogContext& context, const QSt
 int main(int argc, char** argv)
 {
     bool snapshot = false;
-    for (int i = 1; i < argc; ++i)
+    bool textOnly = false;
+    for (int i = 1; i < argc; ++i) {
         snapshot = snapshot || std::strcmp(argv[i], "--snapshot") == 0;
-    // Pictures need no screen: render offscreen unless told otherwise.
+        for (const char* option : {"--help", "-h", "-?", "--help-all"})
+            textOnly = textOnly || std::strcmp(argv[i], option) == 0;
+    }
+    // Pictures and the help text need no screen: offscreen unless told
+    // otherwise.
     const bool platformGiven = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    if (snapshot && !platformGiven)
+    if ((snapshot || textOnly) && !platformGiven)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (snapshot)
+    if (snapshot || textOnly)
         previousHandler = qInstallMessageHandler(quietOffscreen);
-    if (!snapshot && !platformGiven && qEnvironmentVariableIsEmpty("DISPLAY")
+    if (!snapshot && !textOnly && !platformGiven && qEnvironmentVariableIsEmpty("DISPLAY")
         && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         std::fputs("gnssplot-demo: no display (neither DISPLAY nor WAYLAND_DISPLAY is set).\n"
                    "Run with --snapshot DIR to write the demo's pictures instead.\n",
@@ -60,8 +66,10 @@ int main(int argc, char** argv)
         "Without --rinex the built-in synthetic 1 Hz day is shown."));
     parser.addHelpOption();
     const QCommandLineOption rinex(QStringLiteral("rinex"),
-                                   QStringLiteral("RINEX observation file (2.xx or 3.xx, plain "
-                                                  "or gzip) to show."),
+                                   QStringLiteral("RINEX observation file to show: 2.xx "
+                                                  "or 3.xx, plain or compact (Hatanaka), "
+                                                  "each plain, gzip or Unix-compressed "
+                                                  "(.gz, .Z)."),
                                    QStringLiteral("FILE"));
     const QCommandLineOption snapshotDir(
         QStringLiteral("snapshot"),
@@ -78,21 +86,28 @@ int main(int argc, char** argv)
                                                        "after each Apply."),
                                         QStringLiteral("FILE"));
     const QCommandLineOption lang(QStringLiteral("lang"),
-                                  QStringLiteral("Language of the library's texts, e.g. zh_CN or "
+                                  QStringLiteral("Language of the texts, e.g. zh_CN or "
                                                  "de (default: the system's)."),
                                   QStringLiteral("LOCALE"));
     parser.addOptions({rinex, snapshotDir, size, report, screenshot, lang});
     parser.process(app);
 
-    // The library's catalogues travel inside it; one translator serves all.
+    // The library's catalogues travel inside it, the demo's inside the
+    // demo. English has one too: it holds the plural forms of "%n".
     QTranslator translator;
+    QTranslator demoTranslator;
     const QLocale locale = parser.isSet(lang) ? QLocale(parser.value(lang)) : QLocale();
     if (translator.load(locale, QStringLiteral("gnssplot"), QStringLiteral("_"),
                         QStringLiteral(":/gnssplot/translations")))
         app.installTranslator(&translator);
-    else if (parser.isSet(lang))
+    else if (parser.isSet(lang) && locale.language() != QLocale::English)
         err << "gnssplot-demo: no translation for " << parser.value(lang)
             << "; the texts stay in English.\n";
+    const QString demoCatalogues = QStringLiteral(":/gnssplot-demo/translations");
+    if (demoTranslator.load(locale, QStringLiteral("gnssplot_demo"), QStringLiteral("_"),
+                            demoCatalogues)
+        || demoTranslator.load(QStringLiteral("gnssplot_demo_en"), demoCatalogues))
+        app.installTranslator(&demoTranslator);
     if (!parser.positionalArguments().isEmpty()) {
         err << "gnssplot-demo: unexpected argument " << parser.positionalArguments().first()
             << " (see --help)\n";
@@ -122,6 +137,9 @@ int main(int argc, char** argv)
         err << "gnssplot-demo: " << error << "\n";
         return 1;
     }
+    const QString empty = window.host()->emptyReason();
+    if (!empty.isEmpty())
+        err << "gnssplot-demo: " << empty << "\n";
     if (parser.isSet(snapshotDir))
         return runSnapshot(window, parser.value(snapshotDir), out, err);
     return app.exec();

@@ -14,7 +14,8 @@ class DemoWindow;
     into \a dir: the host hands the table erase marks on three satellites and
     one unchecked satellite, reads them back, applies them, then saves
     window.png, view.png, table.png, curve.png (DrawXYCurveToPixmap of a
-    marked satellite), bars.png (PaintAllLabelsToDevice) and summary.txt.
+    marked satellite; left out when no satellite has a curve),
+    bars.png (PaintAllLabelsToDevice) and summary.txt.
     Prints where they are on \a out; returns the process exit code.
 */
 int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextStream& err);

@@ -1,5 +1,6 @@
 #include "ScriptReport.h"
 
+#include "DemoHost.h"
 #include "DemoWindow.h"
 #include "ReadbackPanel.h"
 
@@ -22,11 +23,12 @@ ScriptReport::ScriptReport(DemoWindow* window, const QString& screenshotPath)
 {
     // The layout is final only once the event loop has run and the window
     // system has placed the window.
-    connect(window, &DemoWindow::loaded, this,
+    DemoHost* host = window->host();
+    connect(host, &DemoHost::loaded, this,
             [this] { QTimer::singleShot(500, this, &ScriptReport::reportLayout); });
-    connect(window, &DemoWindow::selectionRead, this, &ScriptReport::reportSelection);
-    connect(window, &DemoWindow::marksRead, this, &ScriptReport::reportMarks);
-    connect(window, &DemoWindow::applied, this, &ScriptReport::reportApplied);
+    connect(host, &DemoHost::selectionRead, this, &ScriptReport::reportSelection);
+    connect(host, &DemoHost::marksRead, this, &ScriptReport::reportMarks);
+    connect(host, &DemoHost::applied, this, &ScriptReport::reportApplied);
 }
 
 void ScriptReport::line(const QString& text)
@@ -70,7 +72,7 @@ void ScriptReport::reportLayout()
 void ScriptReport::reportSelection()
 {
     int enabled = 0;
-    const QMap<QString, bool>& selection = m_window->readSelection();
+    const QMap<QString, bool>& selection = m_window->host()->readSelection();
     for (bool on : selection)
         enabled += on ? 1 : 0;
     line(QStringLiteral("selection %1 %2").arg(enabled).arg(selection.size()));
@@ -78,7 +80,7 @@ void ScriptReport::reportSelection()
 
 void ScriptReport::reportMarks()
 {
-    const QMap<QString, QList<stEpochDataSet>>& marks = m_window->readMarks();
+    const QMap<QString, QList<stEpochDataSet>>& marks = m_window->host()->readMarks();
     int satellites = 0;
     for (auto it = marks.cbegin(); it != marks.cend(); ++it) {
         const QList<EpochInterval> flat = flattenMarks(it.value());
@@ -93,7 +95,7 @@ void ScriptReport::reportMarks()
 
 void ScriptReport::reportApplied()
 {
-    const ApplyResult& result = m_window->lastApply();
+    const ApplyResult& result = m_window->host()->lastApply();
     for (auto it = result.republished.cbegin(); it != result.republished.cend(); ++it) {
         line(QStringLiteral("applied %1 %2 %3 %4")
                  .arg(it.key())

@@ -1,6 +1,9 @@
 #include "Snapshot.h"
 
+#include "DemoHost.h"
 #include "DemoWindow.h"
+#include "MultipathView.h"
+#include "Pictures.h"
 #include "ReadbackPanel.h"
 
 #include <gnssplot.h>
@@ -31,10 +34,10 @@ struct DemoEdits
     QString unchecked;
 };
 
-DemoEdits chooseEdits(const DemoWindow& window)
+DemoEdits chooseEdits(const DemoHost& host)
 {
     DemoEdits edits;
-    const DemoDocument* doc = window.document();
+    const DemoDocument* doc = host.document();
     const qint64 span = doc->endTime() - doc->startTime();
     // Whole minutes, so the summary reads well.
     const qint64 minute = 60000;
@@ -43,18 +46,22 @@ DemoEdits chooseEdits(const DemoWindow& window)
     edits.interval = qMakePair(start, std::min(length, doc->endTime() - start));
 
     QList<QPair<qint64, QString>> ranked;
-    for (const QString& name : window.curveNames()) {
-        const auto* dataSet = qobject_cast<const Curve_DataSet_XY*>(
-            window.registry()->getCurve(name));
-        ranked.append(qMakePair(-samplesInside(dataSet, {edits.interval}), name));
-    }
+    for (const QString& name : host.curveNames())
+        ranked.append(qMakePair(-samplesInside(host.curve(name), {edits.interval}), name));
     std::sort(ranked.begin(), ranked.end());
     for (int k = 0; k < ranked.size() && edits.marked.size() < 3; ++k) {
         if (ranked[k].first < 0)
             edits.marked.append(ranked[k].second);
     }
+    // Without curves the table still takes marks: the first satellites.
+    const QStringList names = host.curveNames().isEmpty() ? host.satelliteNames()
+                                                          : host.curveNames();
+    if (edits.marked.isEmpty()) {
+        for (int k = 0; k < std::min(3, int(names.size()) - 1); ++k)
+            edits.marked.append(names[k]);
+    }
     edits.marked.sort();
-    for (const QString& name : window.curveNames()) {
+    for (const QString& name : names) {
         if (!edits.marked.contains(name)) {
             edits.unchecked = name;
             break;
@@ -63,13 +70,13 @@ DemoEdits chooseEdits(const DemoWindow& window)
     return edits;
 }
 
-QString summaryText(const DemoWindow& window, const QString& curveSatellite,
+QString summaryText(const DemoHost& host, const QString& curveSatellite,
                     const QList<Picture>& pictures)
 {
     QString text;
     QTextStream s(&text);
-    const LoadStats& stats = window.loadStats();
-    const DemoDocument* doc = window.document();
+    const LoadStats& stats = host.loadStats();
+    const DemoDocument* doc = host.document();
     s << "gnssplot demo snapshot\n";
     s << "source: " << stats.description << "\n";
     if (stats.epochs > 0)
@@ -90,8 +97,11 @@ QString summaryText(const DemoWindow& window, const QString& curveSatellite,
     for (int b = 0; b < BandCount; ++b)
         s << "  " << bandName(b) << ": " << stats.bandObservations[b] << "\n";
     s << "multipath: " << stats.multipathSamples << " samples in " << stats.arcs << " arcs\n";
+    const QString empty = host.emptyReason();
+    if (!empty.isEmpty())
+        s << "empty plot: " << empty << "\n";
 
-    const QMap<QString, bool>& selection = window.readSelection();
+    const QMap<QString, bool>& selection = host.readSelection();
     QStringList unchecked;
     for (auto it = selection.cbegin(); it != selection.cend(); ++it) {
         if (!it.value())
@@ -101,7 +111,7 @@ QString summaryText(const DemoWindow& window, const QString& curveSatellite,
       << selection.size() << " (unchecked: "
       << (unchecked.isEmpty() ? QStringLiteral("none") : unchecked.join(QStringLiteral(", ")))
       << ")\n";
-    const QMap<QString, QList<stEpochDataSet>>& marks = window.readMarks();
+    const QMap<QString, QList<stEpochDataSet>>& marks = host.readMarks();
     int markedSatellites = 0;
     QString markLines;
     for (auto it = marks.cbegin(); it != marks.cend(); ++it) {
@@ -115,10 +125,10 @@ QString summaryText(const DemoWindow& window, const QString& curveSatellite,
                              .arg(m.second);
     }
     s << "erase marks read back: " << markedSatellites << " satellites, "
-      << window.table()->eraseMarkActionNum() << " actions\n"
+      << host.table()->eraseMarkActionNum() << " actions\n"
       << markLines;
 
-    const ApplyResult& applied = window.lastApply();
+    const ApplyResult& applied = host.lastApply();
     qint64 removed = 0;
     qint64 inside = 0;
     QString applyLines;
@@ -134,7 +144,8 @@ QString summaryText(const DemoWindow& window, const QString& curveSatellite,
       << " curve samples removed, " << inside << " curve samples left inside the marks, "
       << applied.hiddenCurves << " curves hidden\n"
       << applyLines;
-    s << "curve picture: " << curveSatellite << "\n";
+    s << "curve picture: " << (curveSatellite.isEmpty() ? QStringLiteral("none") : curveSatellite)
+      << "\n";
     s << "load: " << stats.readMs + stats.loadMs << " ms, first paint " << stats.paintMs
       << " ms\n";
     s << "pictures:";
@@ -153,7 +164,8 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
         return 1;
     }
     const QDir target(dir);
-    const DemoDocument* doc = window.document();
+    DemoHost& host = *window.host();
+    const DemoDocument* doc = host.document();
     if (!doc) {
         err << "error: nothing loaded\n";
         return 1;
@@ -162,9 +174,9 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
     // The host's edits, handed over the way a host restores a saved session:
     // marks and unchecked names through setResources(), which emits nothing,
     // so the host reads back itself.
-    const DemoEdits edits = chooseEdits(window);
+    const DemoEdits edits = chooseEdits(host);
     QMap<QString, bool> enabled;
-    for (const QString& name : window.epochData().keys())
+    for (const QString& name : host.epochData().keys())
         enabled.insert(name, true);
     QMap<QString, QList<QPair<qint64, qint64>>> marks;
     for (const QString& name : edits.marked)
@@ -172,10 +184,10 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
     QList<QString> unchecked;
     if (!edits.unchecked.isEmpty())
         unchecked.append(edits.unchecked);
-    window.table()->setResources(doc->startTime(), doc->endTime(), window.epochData(), enabled,
+    window.table()->setResources(doc->startTime(), doc->endTime(), host.epochData(), enabled,
                                  unchecked, marks);
-    window.readBack();
-    window.applyMarks();
+    host.readBack();
+    host.applyMarks();
     QApplication::processEvents();
 
     QList<Picture> pictures;
@@ -187,14 +199,24 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
         pictures.append({file, image.size()});
         return true;
     };
-    const QString curveSatellite =
-        edits.marked.isEmpty() ? window.panel()->pictureSatellite() : edits.marked.first();
-    const bool ok = save(QStringLiteral("window.png"), window.grab().toImage())
-                    && save(QStringLiteral("view.png"), window.view()->grab().toImage())
-                    && save(QStringLiteral("table.png"), window.table()->grab().toImage())
-                    && save(QStringLiteral("curve.png"),
-                            window.curvePicture(curveSatellite, QSize(800, 540)).toImage())
-                    && save(QStringLiteral("bars.png"), window.barsPicture(480, 50));
+    // A satellite with a curve: a marked one, else the panel's choice. A
+    // plot without curves has no curve picture; the summary says why.
+    QString curveSatellite = window.panel()->pictureSatellite();
+    for (const QString& name : edits.marked) {
+        if (host.curve(name)) {
+            curveSatellite = name;
+            break;
+        }
+    }
+    if (!host.curve(curveSatellite))
+        curveSatellite.clear();
+    bool ok = save(QStringLiteral("window.png"), window.grab().toImage())
+              && save(QStringLiteral("view.png"), window.view()->grab().toImage())
+              && save(QStringLiteral("table.png"), window.table()->grab().toImage());
+    if (ok && !curveSatellite.isEmpty())
+        ok = save(QStringLiteral("curve.png"),
+                  curvePicture(host, curveSatellite, QSize(800, 540)));
+    ok = ok && save(QStringLiteral("bars.png"), barsPicture(host, 480, 50));
     if (!ok)
         return 1;
 
@@ -203,7 +225,7 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
         err << "error: cannot write " << summary.fileName() << "\n";
         return 1;
     }
-    const QString text = summaryText(window, curveSatellite, pictures);
+    const QString text = summaryText(host, curveSatellite, pictures);
     summary.write(text.toUtf8());
     summary.close();
     out << text;

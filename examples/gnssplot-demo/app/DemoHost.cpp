@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: MIT
+#include "DemoHost.h"
+
+#include "DemoTexts.h"
+#include "MultipathView.h"
+
+#include <gnssplot.h>
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace gnssdemo {
+
+qint64 samplesInside(const Curve_DataSet_XY* dataSet, const QList<EpochInterval>& intervals)
+{
+    const AxisData* x = dataSet ? dataSet->getAxisData(0) : nullptr;
+    qint64 count = 0;
+    const double* xs = x ? x->getData(0, &count) : nullptr;
+    if (!xs)
+        return 0;
+    qint64 inside = 0;
+    for (qint64 i = 0; i < count; ++i) {
+        const qint64 t = qint64(xs[i]);
+        for (const EpochInterval& interval : intervals) {
+            if (t >= interval.first && t < interval.first + interval.second) {
+                ++inside;
+                break;
+            }
+        }
+    }
+    return inside;
+}
+
+QList<EpochInterval> flattenMarks(const QList<stEpochDataSet>& marks)
+{
+    QList<EpochInterval> out;
+    for (const stEpochDataSet& set : marks)
+        out.append(set.ranges);
+    return out;
+}
+
+double quantileHalfRange(const QList<const Curve_DataSet_XY*>& curves, const QList<int>& axes,
+                         double quantile, double margin)
+{
+    // A day at 1 Hz holds millions of samples; an even subsample of about a
+    // million gives the same quantile to well under a centimetre.
+    qint64 total = 0;
+    for (const Curve_DataSet_XY* dataSet : curves) {
+        for (int axis : axes) {
+            const AxisData* data = dataSet ? dataSet->getAxisData(axis) : nullptr;
+            total += data ? data->getArea(nullptr, nullptr) : 0;
+        }
+    }
+    const qint64 stride = std::max<qint64>(1, total / 1000000);
+    std::vector<double> magnitudes;
+    magnitudes.reserve(size_t(total / stride + 1));
+    for (const Curve_DataSet_XY* dataSet : curves) {
+        for (int axis : axes) {
+            const AxisData* data = dataSet ? dataSet->getAxisData(axis) : nullptr;
+            qint64 count = 0;
+            const double* ys = data ? data->getData(0, &count) : nullptr;
+            for (qint64 i = 0; ys && i < count; i += stride) {
+                if (std::isfinite(ys[i]))
+                    magnitudes.push_back(std::abs(ys[i]));
+            }
+        }
+    }
+    if (magnitudes.empty())
+        return 0.0;
+    const double q = std::min(1.0, std::max(0.0, quantile));
+    const auto nth = magnitudes.begin()
+                     + std::ptrdiff_t(std::llround(q * double(magnitudes.size() - 1)));
+    std::nth_element(magnitudes.begin(), nth, magnitudes.end());
+    return *nth * margin;
+}
+
+DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, QObject* parent)
+    : QObject(parent)
+    , m_view(view)
+    , m_table(table)
+{
+    m_view->getCurveScene()->setCoord(new Curve_Coord_XY, true);
+    connect(m_table, &CurveGraphicsTableWidget_Epoch::sgStateliteSelection, this,
+            &DemoHost::onTableSelection);
+    connect(m_table, &CurveGraphicsTableWidget_Epoch::sgEraseMarksChanged, this,
+            &DemoHost::onTableEraseMarks);
+    // The time windows of the view and of the table will be linked here,
+    // both ways, once the view navigates in time as the table does; the
+    // table's epochs are GPST milliseconds like the curves' X values.
+}
+
+DemoHost::~DemoHost() = default;
+
+CurveScene* DemoHost::registry() const
+{
+    return m_view->getCurveScene();
+}
+
+QString DemoHost::emptyReason() const
+{
+    if (!m_doc)
+        return QString();
+    if (m_doc->epochs().empty())
+        return DemoTexts::noEpochs();
+    if (m_curves.isEmpty())
+        return DemoTexts::noMultipath();
+    return QString();
+}
+
+QStringList DemoHost::showableCurveNames() const
+{
+    QStringList names;
+    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it) {
+        if (!m_hidden.contains(it.key()))
+            names.append(it.key());
+    }
+    return names;
+}
+
+bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
+{
+    if (!source) {
+        if (error)
+            *error = tr("No observations to load.");
+        return false;
+    }
+    QElapsedTimer timer;
+    timer.start();
+    CurveScene* curves = registry();
+    // The registry deletes the old data sets: they were added with
+    // bAutoDelete true.
+    curves->removeAllCurves();
+    m_curves.clear();
+    m_satelliteIndex.clear();
+    m_bands.clear();
+    m_systems.clear();
+    m_hidden.clear();
+    m_single.clear();
+    m_selection.clear();
+    m_marks.clear();
+    m_epochData.clear();
+    m_lastApply = ApplyResult();
+    m_table->clearAll();
+
+    m_doc = std::make_unique<DemoDocument>(std::move(source));
+    m_stats = LoadStats();
+    m_stats.description = m_doc->source().description();
+    m_stats.epochs = qint64(m_doc->epochs().size());
+    m_stats.intervalMs = m_doc->intervalMs();
+
+    QMap<QString, QList<stEpochDataSet>> epochData;
+    QMap<QString, bool> enabled;
+    QString publishError;
+    const bool read = m_doc->forEachSatellite([&](PreparedSatellite& prepared) {
+        const SatelliteObservations& sat = prepared.observations;
+        m_satelliteIndex.insert(sat.name, prepared.index);
+        m_systems.insert(sat.name, sat.system);
+        ++m_stats.satellitesPerSystem[sat.system];
+        for (int b = 0; b < BandCount; ++b)
+            m_stats.bandObservations[b] += prepared.bandObservations[b];
+        epochData.insert(sat.name, prepared.bands);
+        enabled.insert(sat.name, true);
+        MultipathInfo info;
+        if (!publishSatellite(sat.name, sat, &info, &publishError))
+            return false;
+        m_stats.multipathSamples += info.samples;
+        m_stats.arcs += info.arcs;
+        return true;
+    });
+    if (!publishError.isEmpty() || !read) {
+        if (error)
+            *error = read ? publishError : tr("Out of memory while reading the observations.");
+        curves->removeAllCurves();
+        m_curves.clear();
+        m_doc.reset();
+        return false;
+    }
+    m_stats.curves = m_curves.size();
+    m_table->setResources(m_doc->startTime(), m_doc->endTime(), epochData, enabled, {}, {});
+    m_epochData = epochData;
+
+    // The items learn their size and the full data range once for all
+    // curves; then the host narrows Y to what the shown curves hold.
+    m_view->resetZoom();
+    fitYRange();
+    m_view->setEmptyText(emptyReason());
+    m_stats.loadMs = timer.elapsed();
+    readBack();
+    emit loaded();
+    return true;
+}
+
+bool DemoHost::publishSatellite(const QString& name, const SatelliteObservations& sat,
+                                MultipathInfo* info, QString* error)
+{
+    Curve_DataSet_XY* dataSet = m_curves.value(name);
+    const bool fresh = !dataSet;
+    if (fresh)
+        dataSet = new Curve_DataSet_XY(2);
+    // Fills X, MP1 and MP2 in place through beginSetData / allocData /
+    // getInSettingData / setInSettingBreaks / endSetData(true).
+    if (!computeMultipath(sat, m_doc->epochs(), m_doc->intervalMs(), dataSet, info, error)) {
+        if (fresh)
+            delete dataSet;
+        return false;
+    }
+    if (info->samples == 0) {
+        // A curve without X values would keep the registry from forming its
+        // data limits, so such a satellite has no curve at all.
+        if (fresh) {
+            delete dataSet;
+        } else {
+            m_curves.remove(name);
+            m_bands.remove(name);
+            registry()->removeCurve(name);
+        }
+        return true;
+    }
+    m_bands.insert(name, qMakePair(info->bandA, info->bandB));
+    if (fresh) {
+        const bool visible = m_single.isEmpty() ? !m_hidden.contains(name) : name == m_single;
+        registry()->addCurve(name, dataSet, true, systemColor(sat.system), ECurveShowCap_Line,
+                             visible);
+        m_curves.insert(name, dataSet);
+    }
+    return true;
+}
+
+void DemoHost::applyMarks()
+{
+    if (!m_doc)
+        return;
+    QElapsedTimer timer;
+    timer.start();
+    // Apply acts on what the table holds right now.
+    QMap<QString, QList<stEpochDataSet>> marks;
+    m_table->getStateliteEraseMarks(marks);
+    QMap<QString, bool> selection;
+    m_table->getStateliteEnabled(selection);
+
+    ApplyResult result;
+    auto* scene = qobject_cast<CurveGraphicsScene*>(m_view->scene());
+    // The items would rebuild on each of the three axes of every republished
+    // curve; they rebuild once below instead.
+    scene->switchOffCurvesListen();
+    SatelliteObservations sat;
+    for (auto it = m_satelliteIndex.cbegin(); it != m_satelliteIndex.cend(); ++it) {
+        const QString& name = it.key();
+        const QList<EpochInterval> wanted = flattenMarks(marks.value(name));
+        if (!m_doc->setErased(name, wanted))
+            continue;
+        ApplyResult::Satellite entry;
+        if (const Curve_DataSet_XY* old = m_curves.value(name))
+            entry.samplesBefore = old->getAxisData(0)->getArea(nullptr, nullptr);
+        m_doc->observations(it.value(), sat);
+        MultipathInfo info;
+        QString error;
+        if (!publishSatellite(name, sat, &info, &error)) {
+            result.errors.append(QStringLiteral("%1: %2").arg(name, error));
+            continue;
+        }
+        entry.samplesAfter = info.samples;
+        entry.samplesInsideMarks = samplesInside(m_curves.value(name), wanted);
+        result.republished.insert(name, entry);
+    }
+    scene->switchOnCurvesListen();
+
+    // Visibility changes need listening items: they repaint on the registry's
+    // signal.
+    m_hidden.clear();
+    for (auto it = selection.cbegin(); it != selection.cend(); ++it) {
+        if (!it.value())
+            m_hidden.insert(it.key());
+    }
+    // A satellite shown alone and now unchecked is hidden like the others.
+    if (m_hidden.contains(m_single) || !m_curves.contains(m_single))
+        setSingleCurve(QString());
+    updateVisibility();
+    for (const QString& name : m_hidden)
+        result.hiddenCurves += m_curves.contains(name) ? 1 : 0;
+    // One rebuild of every item, with the new data and the new Y range.
+    fitYRange();
+    m_view->setEmptyText(emptyReason());
+    result.elapsedMs = timer.elapsed();
+    m_lastApply = result;
+    emit applied();
+    emit visibilityChanged();
+}
+
+bool DemoHost::setSingleCurve(const QString& name)
+{
+    if (!name.isEmpty() && (!m_curves.contains(name) || m_hidden.contains(name)))
+        return false;
+    CurveScene* curves = registry();
+    if (!m_single.isEmpty() && m_curves.contains(m_single))
+        curves->setCurveSingleShow(m_single, false);
+    m_single = name;
+    updateVisibility();
+    // The singled-out curve is drawn opaque in the colours of the F 1 / F 2
+    // boxes.
+    if (!m_single.isEmpty())
+        curves->setCurveSingleShow(m_single, true);
+    fitYRange();
+    emit visibilityChanged();
+    return true;
+}
+
+void DemoHost::updateVisibility()
+{
+    CurveScene* curves = registry();
+    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it) {
+        const QString& name = it.key();
+        const bool visible = m_single.isEmpty() ? !m_hidden.contains(name) : name == m_single;
+        curves->setCurveShowParam_visible(name, visible);
+    }
+}
+
+void DemoHost::fitYRange()
+{
+    // Symmetric about zero, holding 99.5 % of the shown curves' MP1 and MP2
+    // magnitudes with a fifth to spare: a few outliers at the ends of arcs
+    // no longer flatten the day. They stay reachable with the wheel.
+    QList<const Curve_DataSet_XY*> shown;
+    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it) {
+        if (registry()->getCurveShowParam_visible(it.key()))
+            shown.append(it.value());
+    }
+    m_view->setBaseHalfRange(quantileHalfRange(shown, {1, 2}, 0.995, 1.2));
+}
+
+void DemoHost::readBack()
+{
+    onTableSelection();
+    onTableEraseMarks();
+}
+
+void DemoHost::onTableSelection()
+{
+    m_selection.clear();
+    m_table->getStateliteEnabled(m_selection);
+    emit selectionRead();
+}
+
+void DemoHost::onTableEraseMarks()
+{
+    m_marks.clear();
+    m_table->getStateliteEraseMarks(m_marks);
+    emit marksRead();
+}
+
+} // namespace gnssdemo

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef GNSSDEMO_DEMOTEXTS_H
+#define GNSSDEMO_DEMOTEXTS_H
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace gnssdemo {
+
+/*!
+    The demo's sentences that carry counts, in one place so that every
+    language gets its plural forms from the demo's catalogues
+    (gnssplot_demo_LANG.qm) and the tests can check them.
+*/
+class DemoTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(DemoTexts)
+public:
+    /*! "3 marks on 2 satellites, 1 action" */
+    static QString marks(int marks, int satellites, int actions);
+    /*! "No marks (1 action). Drag over the bars to mark epochs." */
+    static QString noMarks(int actions);
+    /*! "Applied: 3 satellites recomputed (120 curve samples fewer), 1 curve
+        hidden, 12 ms." */
+    static QString applied(int recomputed, qint64 removed, int hidden, qint64 ms);
+    /*! "5 of 31 satellites enabled" */
+    static QString enabled(int enabled, int total);
+    /*! "12 satellites" */
+    static QString satellites(int count);
+    /*! "No satellite has code and phase on two bands: no multipath to show." */
+    static QString noMultipath();
+    /*! "The file holds no epochs: nothing to show." */
+    static QString noEpochs();
+};
+
+} // namespace gnssdemo
+
+#endif // GNSSDEMO_DEMOTEXTS_H

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "MultipathView.h"
+
+#include <gnssplot.h>
+
+#include <QLabel>
+#include <QResizeEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace gnssdemo {
+
+namespace {
+
+// The library's wheel steps and limits, so that the wheel feels the same.
+constexpr double kZoomStep = 0.15;
+constexpr double kMinZoom = 5e-5;
+constexpr double kMaxZoom = 20.0;
+
+} // namespace
+
+MultipathView::MultipathView(QWidget* parent)
+    : CurveGraphicsView(parent)
+    , m_emptyLabel(new QLabel(viewport()))
+{
+    m_emptyLabel->setAlignment(Qt::AlignCenter);
+    m_emptyLabel->setWordWrap(true);
+    m_emptyLabel->setStyleSheet(QStringLiteral("color: #404040; font-size: 13pt;"));
+    m_emptyLabel->hide();
+}
+
+void MultipathView::setBaseHalfRange(double halfRange)
+{
+    m_base = halfRange > 0.0 && std::isfinite(halfRange) ? halfRange : 0.0;
+    applyRange();
+}
+
+void MultipathView::resetZoom()
+{
+    m_zoom = 1.0;
+    applyRange();
+}
+
+void MultipathView::setEmptyText(const QString& text)
+{
+    m_emptyLabel->setText(text);
+    m_emptyLabel->setVisible(!text.isEmpty());
+}
+
+QString MultipathView::emptyText() const
+{
+    return m_emptyLabel->text();
+}
+
+void MultipathView::wheelEvent(QWheelEvent* event)
+{
+    if (m_base <= 0.0) {
+        CurveGraphicsView::wheelEvent(event);
+        return;
+    }
+    const QPoint angle = event->angleDelta();
+    const int delta = angle.y() != 0 ? angle.y() : angle.x();
+    const double candidate = m_zoom * (delta > 0 ? 1.0 + kZoomStep : 1.0 - kZoomStep);
+    if (candidate >= kMinZoom && candidate <= kMaxZoom) {
+        m_zoom = candidate;
+        applyRange();
+    }
+    // Like the library's view: the wheel is never the scroll bars'.
+    event->ignore();
+}
+
+void MultipathView::resizeEvent(QResizeEvent* event)
+{
+    CurveGraphicsView::resizeEvent(event);
+    m_emptyLabel->setGeometry(viewport()->rect().adjusted(40, 20, -40, -20));
+}
+
+void MultipathView::applyRange()
+{
+    CurveScene* registry = getCurveScene();
+    auto* scene = qobject_cast<CurveGraphicsScene*>(this->scene());
+    if (!registry || !scene)
+        return;
+    if (m_base <= 0.0) {
+        setCurvesPosToVerticalZero();
+        return;
+    }
+    auto* coord = qobject_cast<Curve_Coord_XY*>(registry->getCoord_Local());
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    if (!coord || !registry->getAreaLimits(xMin, xMax, yMin, yMax))
+        return;
+    // Every curve item would rebuild on the area change; they rebuild once,
+    // on the size signal below.
+    scene->switchOffCurvesListen();
+    const double h = m_base * m_zoom;
+    coord->setArea(xMin, xMax, -h, h);
+    scene->switchOnCurvesListen();
+    const QSize size = viewport()->size();
+    scene->setCoordPixelSize(size.width(), size.height());
+    fitInView(scene->getCoordRect(), Qt::IgnoreAspectRatio);
+    viewport()->update();
+}
+
+} // namespace gnssdemo

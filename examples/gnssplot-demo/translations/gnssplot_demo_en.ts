@@ -1,0 +1,79 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<!-- SPDX-License-Identifier: MIT -->
+<TS version="2.1" language="en">
+<context>
+    <name>DemoTexts</name>
+    <message>
+        <source>%1 on %2, %3</source>
+        <translation>%1 on %2, %3</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n mark(s)</source>
+        <translation>
+            <numerusform>%n mark</numerusform>
+            <numerusform>%n marks</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n satellite(s)</source>
+        <translation>
+            <numerusform>%n satellite</numerusform>
+            <numerusform>%n satellites</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n action(s)</source>
+        <translation>
+            <numerusform>%n action</numerusform>
+            <numerusform>%n actions</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>No marks (%n action(s)). Drag over the bars to mark epochs.</source>
+        <translation>
+            <numerusform>No marks (%n action). Drag over the bars to mark epochs.</numerusform>
+            <numerusform>No marks (%n actions). Drag over the bars to mark epochs.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Applied: %1 (%2), %3, %4 ms.</source>
+        <translation>Applied: %1 (%2), %3, %4 ms.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n satellite(s) recomputed</source>
+        <translation>
+            <numerusform>%n satellite recomputed</numerusform>
+            <numerusform>%n satellites recomputed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n curve sample(s) fewer</source>
+        <translation>
+            <numerusform>%n curve sample fewer</numerusform>
+            <numerusform>%n curve samples fewer</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n curve sample(s) more</source>
+        <translation>
+            <numerusform>%n curve sample more</numerusform>
+            <numerusform>%n curve samples more</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n curve(s) hidden</source>
+        <translation>
+            <numerusform>%n curve hidden</numerusform>
+            <numerusform>%n curves hidden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n satellite(s) enabled</source>
+        <translation>
+            <numerusform>%1 of %n satellite enabled</numerusform>
+            <numerusform>%1 of %n satellites enabled</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
