@@ -45,7 +45,7 @@ class QWheelEvent;
     The table owns every widget and item in its cells. Mouse presses, moves
     and releases on the bars never select cells.
 
-    \section1 Time window
+    \section time_window Time window
 
     With timeNavigationEnabled (off by default) the bars can show a window of
     the epoch range instead of all of it:

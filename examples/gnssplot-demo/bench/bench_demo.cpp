@@ -1,7 +1,9 @@
 // Timings of the demo host on its real workloads: loading and showing a whole
 // day (the synthetic 1 Hz day and the 30 s AJAC file), and one wheel step
 // with every curve shown. Run offscreen; wall-clock milliseconds.
+#include "DemoHost.h"
 #include "DemoWindow.h"
+#include "MultipathView.h"
 #include "RinexReader.h"
 #include "SyntheticSource.h"
 
@@ -13,9 +15,11 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
+#include <cmath>
 #include <memory>
 
 using namespace gnssdemo;
@@ -141,6 +145,52 @@ void BM_ViewPaint(benchmark::State& state)
         paintView(window.view(), &frame);
 }
 BENCHMARK(BM_ViewPaint)->ArgName("ajac")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// Switching the F 2 box on (and off again in the next iteration) with a
+// click, then the repaint: every curve item changes which Y axes it draws.
+void BM_SecondBandBox(benchmark::State& state)
+{
+    DemoWindow window;
+    if (!showLoaded(window, state))
+        return;
+    CurveGraphicsView* view = window.view();
+    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    paintView(view, &frame);
+    // The F 2 box sits 70 pixels left of the data area's left edge and 65
+    // below its top, in the frame's (and so the scene's) coordinates.
+    const double dataHeight = std::trunc(view->viewport()->height() * 25.0 / 27.0);
+    const QPoint box = view->mapFromScene(QPointF(-60.0, -dataHeight + 65.0));
+    for (auto _ : state) {
+        for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent click(type, box, view->viewport()->mapToGlobal(box), Qt::LeftButton,
+                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                              Qt::NoModifier);
+            QApplication::sendEvent(view->viewport(), &click);
+        }
+        paintView(view, &frame);
+    }
+}
+BENCHMARK(BM_SecondBandBox)->ArgName("ajac")->Arg(0)->Unit(benchmark::kMillisecond);
+
+// Show: one satellite alone, then all again (alternating iterations), with
+// the repaint each asks for.
+void BM_ShowOneAndBack(benchmark::State& state)
+{
+    DemoWindow window;
+    if (!showLoaded(window, state))
+        return;
+    CurveGraphicsView* view = window.view();
+    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    paintView(view, &frame);
+    const QString one = window.host()->curveNames().value(0);
+    bool alone = false;
+    for (auto _ : state) {
+        alone = !alone;
+        window.host()->setSingleCurve(alone ? one : QString());
+        paintView(view, &frame);
+    }
+}
+BENCHMARK(BM_ShowOneAndBack)->ArgName("ajac")->Arg(0)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
