@@ -377,6 +377,87 @@ const QVector<QList<QPolygon>>& CurveGraphicsItem_Curve_XY::polylines() const
     return m_polylines;
 }
 
+bool CurveGraphicsItem_Curve_XY::xSorted(qint64 count)
+{
+    SortedKey& key = m_sortedKey;
+    if (key.dataVersion == m_dataVersion && key.xs == m_source.xs && key.count == count)
+        return key.bSorted;
+    key = SortedKey{m_dataVersion, m_source.xs, count, true};
+    const double* xs = m_source.xs;
+    // Written so that a NaN anywhere counts as unsorted.
+    for (qint64 j = 0; j < count; ++j) {
+        if (!(xs[j] == xs[j]) || (j > 0 && !(xs[j] >= xs[j - 1]))) {
+            key.bSorted = false;
+            break;
+        }
+    }
+    return key.bSorted;
+}
+
+bool CurveGraphicsItem_Curve_XY::nearestSample(const QPointF& pos, double radius, double limit2,
+                                               Nearest* nearest)
+{
+    if (!nearest || !isVisible() || !(radius >= 0.0) || !takeSource())
+        return false;
+    const QRectF area = boundingRect();
+    if (area.isEmpty() || !std::isfinite(pos.x()) || !std::isfinite(pos.y()))
+        return false;
+    const CoordMapping mapping(area, m_source.xMin, m_source.xMax, m_source.yMin, m_source.yMax,
+                               m_yDown);
+    if (!(mapping.rx > 0.0) || !std::isfinite(mapping.rx))
+        return false;
+    const qint64 count = m_source.counts.empty()
+                             ? 0 : *std::max_element(m_source.counts.cbegin(),
+                                                     m_source.counts.cend());
+    const double* xs = m_source.xs;
+    qint64 first = 0;
+    qint64 last = count;
+    if (count > 0 && xSorted(count)) {
+        // One pixel of slack on each side covers the rounding of the inverse
+        // mapping; every candidate is measured through the forward one.
+        const double lo = m_source.xMin + (pos.x() - radius - 1.0 - area.left()) / area.width()
+                                              * mapping.rx;
+        const double hi = m_source.xMin + (pos.x() + radius + 1.0 - area.left()) / area.width()
+                                              * mapping.rx;
+        first = std::lower_bound(xs, xs + count, lo) - xs;
+        last = std::upper_bound(xs + first, xs + count, hi) - xs;
+    }
+    const double r2 = radius * radius;
+    double best = 0.0;
+    bool found = false;
+    auto selection = m_visibleSelection.cbegin();
+    for (size_t k = 0; k < m_source.ys.size(); ++k) {
+        // Y indexes beyond the selection's entries are drawn, as in painting.
+        if (selection != m_visibleSelection.cend()) {
+            const bool shown = selection.value();
+            ++selection;
+            if (!shown)
+                continue;
+        }
+        const double* ys = m_source.ys[k];
+        const qint64 end = std::min(last, m_source.counts[k]);
+        for (qint64 j = first; j < end; ++j) {
+            const double px = mapping.mapX(xs[j]);
+            const double dx = px - pos.x();
+            if (!(std::abs(dx) <= radius) || px < area.left() || px > area.right())
+                continue;
+            const double py = mapping.mapY(ys[j]);
+            if (!(py >= area.top() && py <= area.bottom()))
+                continue;
+            const double dy = py - pos.y();
+            const double d2 = dx * dx + dy * dy;
+            // Inside the radius, nearer than what other items found, and on a
+            // tie the first of this item wins.
+            if (d2 <= r2 && d2 < limit2 && (!found || d2 < best)) {
+                best = d2;
+                found = true;
+                *nearest = Nearest{int(k), j, xs[j], ys[j], d2};
+            }
+        }
+    }
+    return found;
+}
+
 void CurveGraphicsItem_Curve_XY::applyShowParam()
 {
     if (!m_curveScene || m_curveName.isEmpty())
