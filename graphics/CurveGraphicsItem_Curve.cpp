@@ -406,54 +406,73 @@ bool CurveGraphicsItem_Curve_XY::nearestSample(const QPointF& pos, double radius
                                m_yDown);
     if (!(mapping.rx > 0.0) || !std::isfinite(mapping.rx))
         return false;
-    const qint64 count = m_source.counts.empty()
-                             ? 0 : *std::max_element(m_source.counts.cbegin(),
-                                                     m_source.counts.cend());
-    const double* xs = m_source.xs;
-    qint64 first = 0;
-    qint64 last = count;
-    if (count > 0 && xSorted(count)) {
-        // One pixel of slack on each side covers the rounding of the inverse
-        // mapping; every candidate is measured through the forward one.
-        const double lo = m_source.xMin + (pos.x() - radius - 1.0 - area.left()) / area.width()
-                                              * mapping.rx;
-        const double hi = m_source.xMin + (pos.x() + radius + 1.0 - area.left()) / area.width()
-                                              * mapping.rx;
-        first = std::lower_bound(xs, xs + count, lo) - xs;
-        last = std::upper_bound(xs + first, xs + count, hi) - xs;
-    }
-    const double r2 = radius * radius;
-    double best = 0.0;
-    bool found = false;
+
+    // The Y indexes the selection shows; those beyond its entries are drawn,
+    // as in painting.
+    std::vector<int> shown;
     auto selection = m_visibleSelection.cbegin();
     for (size_t k = 0; k < m_source.ys.size(); ++k) {
-        // Y indexes beyond the selection's entries are drawn, as in painting.
         if (selection != m_visibleSelection.cend()) {
-            const bool shown = selection.value();
+            const bool bShown = selection.value();
             ++selection;
-            if (!shown)
+            if (!bShown)
                 continue;
         }
-        const double* ys = m_source.ys[k];
-        const qint64 end = std::min(last, m_source.counts[k]);
-        for (qint64 j = first; j < end; ++j) {
-            const double px = mapping.mapX(xs[j]);
-            const double dx = px - pos.x();
-            if (!(std::abs(dx) <= radius) || px < area.left() || px > area.right())
+        shown.push_back(int(k));
+    }
+    qint64 count = 0;
+    for (const int k : shown)
+        count = std::max(count, m_source.counts[size_t(k)]);
+    if (count < 1)
+        return false;
+
+    const double* xs = m_source.xs;
+    // Anything farther than this squared distance is of no interest: beyond
+    // the radius, or no nearer than what other items found.
+    double bound = std::min(radius * radius, limit2);
+    bool bBoundInclusive = radius * radius < limit2;
+    bool found = false;
+    // Measures sample j on every shown Y axis; false once j lies farther
+    // along X than the bound, which ends a walk away from the cursor.
+    const auto visit = [&](qint64 j) {
+        const double px = mapping.mapX(xs[j]);
+        const double dx = px - pos.x();
+        const double dx2 = dx * dx;
+        if (!(dx2 <= bound))
+            return false;
+        if (px < area.left() || px > area.right())
+            return true;
+        for (const int k : shown) {
+            if (j >= m_source.counts[size_t(k)])
                 continue;
-            const double py = mapping.mapY(ys[j]);
+            const double y = m_source.ys[size_t(k)][j];
+            const double py = mapping.mapY(y);
             if (!(py >= area.top() && py <= area.bottom()))
                 continue;
             const double dy = py - pos.y();
-            const double d2 = dx * dx + dy * dy;
-            // Inside the radius, nearer than what other items found, and on a
-            // tie the first of this item wins.
-            if (d2 <= r2 && d2 < limit2 && (!found || d2 < best)) {
-                best = d2;
+            const double d2 = dx2 + dy * dy;
+            if (d2 < bound || (bBoundInclusive && d2 == bound)) {
+                bound = d2;
+                bBoundInclusive = false;
                 found = true;
-                *nearest = Nearest{int(k), j, xs[j], ys[j], d2};
+                *nearest = Nearest{k, j, xs[j], y, d2};
             }
         }
+        return true;
+    };
+    if (xSorted(count)) {
+        // Walk outward from the cursor's time in both directions; the walk
+        // ends where X alone is farther than the nearest sample so far.
+        const double atCursor =
+            m_source.xMin + (pos.x() - area.left()) / area.width() * mapping.rx;
+        const qint64 middle = std::lower_bound(xs, xs + count, atCursor) - xs;
+        for (qint64 j = middle; j < count && visit(j); ++j) {
+        }
+        for (qint64 j = middle - 1; j >= 0 && visit(j); --j) {
+        }
+    } else {
+        for (qint64 j = 0; j < count; ++j)
+            visit(j);
     }
     return found;
 }

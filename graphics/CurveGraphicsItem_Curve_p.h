@@ -189,7 +189,8 @@ public:
     // \a radius pixels and closer than \a limit2 (a squared distance): of the
     // Y indexes the selection shows, with numbers on both axes, inside the
     // data area. False, leaving \a nearest alone, when there is none or the
-    // item is hidden. Sorted X samples are searched by bisection.
+    // item is hidden. Sorted X samples are searched outward from the
+    // cursor's time, others one by one.
     bool nearestSample(const QPointF& pos, double radius, double limit2, Nearest* nearest);
 
     // Truncates toward zero for |v| < kPixelLimit, saturates beyond it, and
