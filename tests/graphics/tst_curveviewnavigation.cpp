@@ -161,10 +161,31 @@ void tst_CurveViewNavigation::offByDefault()
     plot.coord->getArea(xMin, xMax, yMin, yMax);
     QVERIFY(yMax > 1.14 && yMax < 1.16);
     QCOMPARE(spy.count(), 0);
-    // Switching on and off without navigating emits nothing either.
+    // Switched on, windows that are no windows are refused; switching off
+    // without navigating emits nothing either.
     QVERIFY(plot.view.setProperty("timeNavigationEnabled", true));
+    const double inf = std::numeric_limits<double>::infinity();
+    for (const Window& bad : {Window(gt::NaN, kT0 + 1000.0), Window(kT0, kT0),
+                              Window(kT0 + 2000.0, kT0 + 1000.0), Window(-inf, inf)}) {
+        plot.view.setTimeWindow(bad.first, bad.second);
+    }
     plot.view.setTimeNavigationEnabled(false);
     QCOMPARE(spy.count(), 0);
+    COMPARE_WINDOW(areaOf(plot.coord), whole);
+
+    // Without curves there is nothing to navigate or to find.
+    CurveGraphicsView empty;
+    empty.setTimeNavigationEnabled(true);
+    empty.setHoverReadOutEnabled(true);
+    QSignalSpy emptySpy(&empty, &CurveGraphicsView::sgTimeWindowChanged);
+    empty.setTimeWindow(0.0, 1000.0);
+    QWheelEvent event(QPointF(50, 50), QPointF(50, 50), QPoint(), QPoint(0, 120), Qt::NoButton,
+                      Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(empty.viewport(), &event);
+    CurveGraphicsView::HoverSample sample;
+    QVERIFY(!empty.hoverSampleAt(QPoint(50, 50), sample));
+    QCOMPARE(windowOf(empty), Window(0.0, 0.0));
+    QCOMPARE(emptySpy.count(), 0);
 }
 
 void tst_CurveViewNavigation::zoomKeepsTimeUnderCursor_data()
