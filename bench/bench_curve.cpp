@@ -529,7 +529,7 @@ BENCHMARK(BM_PlainRead)->Apply(curveSizes);
 BENCHMARK(BM_AxisPublish)->Apply(curveSizes);
 BENCHMARK(BM_Ours_DayWheel)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayTimeZoom)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Ours_DayHover)->Arg(240)->Arg(20)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Ours_DayHover)->Arg(240)->Arg(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayResize)->Unit(benchmark::kMillisecond);
 #ifdef GNSSPLOT_BENCH_PEERS
 BENCHMARK(BM_Qcp_LoadPaint)->Apply(curveSizes);

@@ -146,6 +146,13 @@ def main():
               f'| {fmt(g("BM_Qcp_DayWheel"))} '
               f'| {ratio(g("BM_Ours_DayWheel"), g("BM_Qcp_DayWheel"))} |',
               f'| resize + paint | {fmt(g("BM_Ours_DayResize"))} | - | - |',
+              '', '| time navigation and hover | ours | target |', '|---|---|---|',
+              f'| one Ctrl+wheel time-zoom step + paint | {fmt(g("BM_Ours_DayTimeZoom"))} '
+              f'| <= one wheel step ({ratio(g("BM_Ours_DayTimeZoom"), g("BM_Ours_DayWheel"))}) |',
+              f'| hover query, 145 curves, on the curves | {fmt(g("BM_Ours_DayHover", 240))} '
+              '| < 2 |',
+              f'| hover query, 145 curves, above them | {fmt(g("BM_Ours_DayHover", 20))} '
+              '| < 2 |',
               '', '## Epoch table: 150 satellites x 4 bands x 2,000 gaps', '',
               '| | median | target |', '|---|---|---|',
               f'| setResources | {fmt(g("BM_SetResources"))} | < 50 |',
