@@ -25,17 +25,16 @@ class CurveGraphicsScene;
 
     The host registers curves through getCurveScene().
 
-    \section1 Time navigation
+    \par Time navigation
 
     With timeNavigationEnabled (off by default) the user can show a window of
     the time axis instead of all data:
-    \list
-    \li Ctrl+wheel zooms time about the cursor: the time under it stays put.
-    \li Shift+wheel, a horizontal wheel or a left drag in the data area pans.
-    \li A left double-click in the data area, or the Home key, shows all
-        data again (resetTimeWindow()).
-    \li The plain wheel zooms Y as before and keeps the window.
-    \endlist
+    - Ctrl+wheel zooms time about the cursor: the time under it stays put.
+    - Shift+wheel, a horizontal wheel or a left drag in the data area pans.
+    - A left double-click in the data area, or the Home key, shows all
+      data again (resetTimeWindow()).
+    - The plain wheel zooms Y as before and keeps the window.
+
     The window is kept inside the X range of the data and at least four
     sample intervals wide. Times are milliseconds since 1970 (GPST read on
     the UTC calendar), the units of CurveGraphicsTableWidget_Epoch's window,
@@ -50,14 +49,14 @@ class CurveGraphicsScene;
     a linked widget ends the exchange. With navigation off the view behaves
     exactly as without it.
 
-    \section1 Round time ticks
+    \par Round time ticks
 
     With roundTimeTicks (off by default) the X ticks lie on round times of
     day ("HH:mm", or "HH:mm:ss" for steps below a minute), as many as fit
     without overlapping labels; a tick at midnight reads the date. Off, the
     eleven evenly spaced "HH:mm:ss" ticks stay.
 
-    \section1 Hover read-out
+    \par Hover read-out
 
     With hoverReadOutEnabled (off by default) the view follows the mouse and
     reports the drawn sample nearest to the cursor, within kHoverRadius
