@@ -267,10 +267,10 @@ constexpr qint64 kDayEpochs = 86400;
 
 struct DayPlot : OurPlot
 {
-    DayPlot()
+    explicit DayPlot(int satellites = kSatellites)
     {
         std::vector<double> xs(kDayEpochs), y1(kDayEpochs), y2(kDayEpochs);
-        for (int s = 0; s < kSatellites; ++s) {
+        for (int s = 0; s < satellites; ++s) {
             fillSamples(kDayEpochs, xs.data(), y1.data(), quint32(2 * s + 1));
             fillSamples(kDayEpochs, xs.data(), y2.data(), quint32(2 * s + 2));
             auto* set = new Curve_DataSet_XY(2, nullptr);
@@ -299,6 +299,46 @@ void BM_Ours_DayWheel(benchmark::State& state)
         delta = -delta;
     }
     QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
+}
+
+// A Ctrl+wheel time-zoom step about the cursor and the paint after it, in
+// and out in turn: the same one rebuild of every item as a Y wheel step.
+void BM_Ours_DayTimeZoom(benchmark::State& state)
+{
+    DayPlot plot;
+    plot.view.setTimeNavigationEnabled(true);
+    int delta = 120;
+    for (auto _ : state) {
+        QWheelEvent event(QPointF(300, 270), QPointF(300, 270), QPoint(), QPoint(0, delta),
+                          Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(plot.view.viewport(), &event);
+        plot.render();
+        delta = -delta;
+    }
+}
+
+// The hover read-out's query with 145 curves of a day, both Y axes shown,
+// at cursor positions swept across the data area along viewport row
+// range(0): 240 runs through the curves, 20 lies above most of them, where
+// every curve is searched to the full radius.
+void BM_Ours_DayHover(benchmark::State& state)
+{
+    DayPlot plot(145);
+    // Both boxes ticked, as a user comparing the two frequencies has them.
+    const QMap<QString, bool> both{{QStringLiteral("F 1"), true}, {QStringLiteral("F 2"), true}};
+    for (QGraphicsItem* item : plot.view.scene()->items()) {
+        if (auto* curve = dynamic_cast<CurveGraphicsItem_Curve_XY*>(item))
+            curve->setVisibleSelection(both);
+    }
+    plot.render();
+    CurveGraphicsView::HoverSample sample;
+    int x = 81;
+    qint64 hits = 0;
+    for (auto _ : state) {
+        hits += plot.view.hoverSampleAt(QPoint(x, int(state.range(0))), sample) ? 1 : 0;
+        x = x >= 790 ? 81 : x + 7;
+    }
+    state.counters["hit share"] = double(hits) / double(state.iterations());
 }
 
 void BM_Ours_DayResize(benchmark::State& state)
@@ -494,6 +534,8 @@ BENCHMARK(BM_Map)->Apply(curveSizes);
 BENCHMARK(BM_PlainRead)->Apply(curveSizes);
 BENCHMARK(BM_AxisPublish)->Apply(curveSizes);
 BENCHMARK(BM_Ours_DayWheel)->Unit(benchmark::kMillisecond)->ArgName("threads")->Arg(1)->Arg(2);
+BENCHMARK(BM_Ours_DayTimeZoom)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Ours_DayHover)->Arg(240)->Arg(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayResize)->Unit(benchmark::kMillisecond);
 #ifdef GNSSPLOT_BENCH_PEERS
 BENCHMARK(BM_Qcp_LoadPaint)->Apply(curveSizes);

@@ -160,6 +160,13 @@ def main():
               f'| one wheel step, 1 thread | {fmt(day1)} | - | - |',
               f'| speed-up from 1 to 2 threads (target >= 1.6x) | {ratio(day1, day2)} | - | - |',
               f'| resize + paint | {fmt(g("BM_Ours_DayResize"))} | - | - |',
+              '', '| time navigation and hover | ours | target |', '|---|---|---|',
+              f'| one Ctrl+wheel time-zoom step + paint | {fmt(g("BM_Ours_DayTimeZoom"))} '
+              f'| <= one wheel step ({ratio(g("BM_Ours_DayTimeZoom"), day2)}) |',
+              f'| hover query, 145 curves, on the curves | {fmt(g("BM_Ours_DayHover", 240))} '
+              '| < 2 |',
+              f'| hover query, 145 curves, above them | {fmt(g("BM_Ours_DayHover", 20))} '
+              '| < 2 |',
               '', '## Fidelity', '',
               'One curve of 1e6 samples as the live view draws it (alpha-128 pen, the view\'s '
               'fit scale), through the layer and by Qt drawing every point with the same pen: '

@@ -33,6 +33,9 @@ void CurveGraphicsItem_Coord::onCoordAreaChanged()
 namespace {
 
 const QMarginsF kLabelGrowth(1.0, 1.0, 1.0, 1.0);
+// How far a centred X label may reach into the left label strip, short of
+// the date caption, pixels.
+constexpr double kXLabelOverhang = 20.0;
 
 } // namespace
 
@@ -107,11 +110,20 @@ void CurveGraphicsItem_Coord_PXPY::layoutLabels()
 
     // The outer labels are pulled inside the data area's extent so that the
     // first and last tick texts never hang over the frame's edges.
+    // Centred labels that no longer fit after a resize lose their place.
+    if (m_xLabelsCentred)
+        m_xLabelRects.clear();
     const int nx = m_xLabels.size();
     int i = 0;
     for (auto it = m_xLabels.cbegin(); it != m_xLabels.cend(); ++it, ++i) {
         const int w = fm.horizontalAdvance(it.value());
         double left = m_dataWidth * it.key() - w * 0.5;
+        if (m_xLabelsCentred) {
+            // A label without a rectangle is not drawn.
+            if (left >= -kXLabelOverhang && left + w <= m_dataWidth)
+                m_xLabelRects.insert(it.key(), QRectF(left, 3.0, w, fh) + kLabelGrowth);
+            continue;
+        }
         if (nx >= 2) {
             if (i == 0)
                 left = 0.0;

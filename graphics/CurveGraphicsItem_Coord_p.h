@@ -64,6 +64,11 @@ public:
     // them out. Does not repaint.
     void setLabels(const QMap<double, QString>& xLabels, const QMap<double, QString>& yLabels,
                    const QString& dateText, const QString& timeSystemText);
+    // Centres every X label on its tick and leaves out those that would not
+    // fit (true), or pulls the outer two flush with the data area's edges
+    // (false, the default). Takes effect at the next layout.
+    void setXLabelsCentred(bool bCentred) { m_xLabelsCentred = bCentred; }
+    bool xLabelsCentred() const { return m_xLabelsCentred; }
     // Computes the label and caption rectangles from the font metrics.
     void layoutLabels();
     CurveGraphicsItem_ShowWhichY* getShowWhichY() const;
@@ -107,6 +112,7 @@ private:
     QBrush m_bandBrush;
     QFont m_font;
     CurveGraphicsItem_ShowWhichY* m_showWhichY;
+    bool m_xLabelsCentred = false;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_COORD_P_H

@@ -378,6 +378,106 @@ const QVector<QList<QPolygon>>& CurveGraphicsItem_Curve_XY::polylines() const
     return m_polylines;
 }
 
+bool CurveGraphicsItem_Curve_XY::xSorted(qint64 count)
+{
+    SortedKey& key = m_sortedKey;
+    if (key.dataVersion == m_dataVersion && key.xs == m_source.xs && key.count == count)
+        return key.bSorted;
+    key = SortedKey{m_dataVersion, m_source.xs, count, true};
+    const double* xs = m_source.xs;
+    // Written so that a NaN anywhere counts as unsorted.
+    for (qint64 j = 0; j < count; ++j) {
+        if (!(xs[j] == xs[j]) || (j > 0 && !(xs[j] >= xs[j - 1]))) {
+            key.bSorted = false;
+            break;
+        }
+    }
+    return key.bSorted;
+}
+
+bool CurveGraphicsItem_Curve_XY::nearestSample(const QPointF& pos, double radius, double limit2,
+                                               Nearest* nearest)
+{
+    if (!nearest || !isVisible() || !(radius >= 0.0) || !takeSource())
+        return false;
+    const QRectF area = boundingRect();
+    if (area.isEmpty() || !std::isfinite(pos.x()) || !std::isfinite(pos.y()))
+        return false;
+    const CoordMapping mapping(area, m_source.xMin, m_source.xMax, m_source.yMin, m_source.yMax,
+                               m_yDown);
+    if (!(mapping.rx > 0.0) || !std::isfinite(mapping.rx))
+        return false;
+
+    // The Y indexes the selection shows; those beyond its entries are drawn,
+    // as in painting.
+    std::vector<int> shown;
+    auto selection = m_visibleSelection.cbegin();
+    for (size_t k = 0; k < m_source.ys.size(); ++k) {
+        if (selection != m_visibleSelection.cend()) {
+            const bool bShown = selection.value();
+            ++selection;
+            if (!bShown)
+                continue;
+        }
+        shown.push_back(int(k));
+    }
+    qint64 count = 0;
+    for (const int k : shown)
+        count = std::max(count, m_source.counts[size_t(k)]);
+    if (count < 1)
+        return false;
+
+    const double* xs = m_source.xs;
+    // Anything farther than this squared distance is of no interest: beyond
+    // the radius, or no nearer than what other items found.
+    double bound = std::min(radius * radius, limit2);
+    bool bBoundInclusive = radius * radius < limit2;
+    bool found = false;
+    // Measures sample j on every shown Y axis; false once j lies farther
+    // along X than the bound, which ends a walk away from the cursor.
+    const auto visit = [&](qint64 j) {
+        const double px = mapping.mapX(xs[j]);
+        const double dx = px - pos.x();
+        const double dx2 = dx * dx;
+        if (!(dx2 <= bound))
+            return false;
+        if (px < area.left() || px > area.right())
+            return true;
+        for (const int k : shown) {
+            if (j >= m_source.counts[size_t(k)])
+                continue;
+            const double y = m_source.ys[size_t(k)][j];
+            const double py = mapping.mapY(y);
+            if (!(py >= area.top() && py <= area.bottom()))
+                continue;
+            const double dy = py - pos.y();
+            const double d2 = dx2 + dy * dy;
+            if (d2 < bound || (bBoundInclusive && d2 == bound)) {
+                bound = d2;
+                bBoundInclusive = false;
+                found = true;
+                *nearest = Nearest{k, j, xs[j], y, d2};
+            }
+        }
+        return true;
+    };
+    if (xSorted(count)) {
+        // Walk outward from the cursor's time in both directions; the walk
+        // ends where X alone is farther than the nearest sample so far.
+        const double atCursor =
+            m_source.xMin + (pos.x() - area.left()) / area.width() * mapping.rx;
+        const qint64 middle = std::lower_bound(xs, xs + count, atCursor) - xs;
+        for (qint64 j = middle; j < count && visit(j); ++j) {
+        }
+        for (qint64 j = middle - 1; j >= 0 && visit(j); --j) {
+        }
+    } else {
+        for (qint64 j = 0; j < count; ++j)
+            visit(j);
+    }
+    return found;
+}
+
 void CurveGraphicsItem_Curve_XY::applyShowParam()
 {
     if (!m_curveScene || m_curveName.isEmpty())

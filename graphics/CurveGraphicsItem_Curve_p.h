@@ -176,6 +176,23 @@ public:
     // Samples of one area beyond this count are not drawn: a run of them
     // would not fit into one Qt container.
     static constexpr qint64 kMaxSamples = qint64(1) << 27;
+    // The sample nearest to a point, as nearestSample() finds it.
+    struct Nearest
+    {
+        int yIndex = -1;
+        qint64 index = -1;
+        double x = 0.0;
+        double y = 0.0;
+        double distance2 = 0.0;  // squared distance in item pixels
+    };
+    // Finds the drawn sample nearest to \a pos (item pixels) within
+    // \a radius pixels and closer than \a limit2 (a squared distance): of the
+    // Y indexes the selection shows, with numbers on both axes, inside the
+    // data area. False, leaving \a nearest alone, when there is none or the
+    // item is hidden. Sorted X samples are searched outward from the
+    // cursor's time, others one by one.
+    bool nearestSample(const QPointF& pos, double radius, double limit2, Nearest* nearest);
+
     // Truncates toward zero for |v| < kPixelLimit, saturates beyond it, and
     // maps NaN to 0.
     static int toPixel(double v);
@@ -220,6 +237,7 @@ private:
     void drawRuns(QPainter* painter, bool reduceThin) const;
     void recolourYPens(bool bSingle);
     void pixelsChanged();
+    bool xSorted(qint64 count);
 
     QPointer<Curve_Coord_XY> m_coordXY;
     QPointer<Curve_DataSet_XY> m_dataSetXY;
@@ -256,6 +274,15 @@ private:
     LayerTarget m_layerTarget;
     quint64 m_layerVersion = 0;
     quint64 m_layerBuilds = 0;
+    // Whether the X samples ascend, as last checked for the data version,
+    // samples and count below.
+    struct SortedKey
+    {
+        quint64 dataVersion = 0;
+        const double* xs = nullptr;
+        qint64 count = -1;
+        bool bSorted = false;
+    } m_sortedKey;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H

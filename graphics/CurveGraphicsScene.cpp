@@ -5,8 +5,10 @@
 #include "CurveGraphicsItem_ShowWhichY_p.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
+#include "TimeTicks_p.h"
 
 #include <QDateTime>
+#include <QFontMetrics>
 #include <QGraphicsView>
 #include <QPainter>
 #include <QPixmap>
@@ -127,8 +129,27 @@ QRectF CurveGraphicsScene::getCoordRect() const
 
 void CurveGraphicsScene::setCoordPixelSize(int w, int h)
 {
+    if (!m_coordItem)
+        return;
+    m_coordItem->setPixelSize(w, h);
+    // How many round ticks fit depends on the width.
+    if (m_roundTimeTicks)
+        onSgCoordAreaChanged();
+}
+
+void CurveGraphicsScene::setRoundTimeTicks(bool bRound)
+{
+    if (bRound == m_roundTimeTicks)
+        return;
+    m_roundTimeTicks = bRound;
+    onSgCoordAreaChanged();
     if (m_coordItem)
-        m_coordItem->setPixelSize(w, h);
+        m_coordItem->update();
+}
+
+bool CurveGraphicsScene::hasRoundTimeTicks() const
+{
+    return m_roundTimeTicks;
 }
 
 void CurveGraphicsScene::switchOffCurvesListen()
@@ -235,7 +256,18 @@ void CurveGraphicsScene::onSgCoordAreaChanged()
     coordXY->getArea(xMin, xMax, yMin, yMax);
     if (!(xMax > xMin) || !(yMax > yMin))
         return;
-    const TickLabels labels = makeTickLabels(*coordXY, kSceneXTicks, kSceneYTicks, tr("m"));
+    TickLabels labels = makeTickLabels(*coordXY, kSceneXTicks, kSceneYTicks, tr("m"));
+    if (m_roundTimeTicks) {
+        // A date is the widest text a round tick carries.
+        const double labelWidth =
+            QFontMetrics(frame->font()).horizontalAdvance(QStringLiteral("0000/00/00"));
+        labels.x.clear();
+        for (const TimeTick& tick :
+             roundTimeTicks(xMin, xMax, frame->getDataRect().width(), labelWidth)) {
+            labels.x.insert(tick.fraction, tick.text);
+        }
+    }
+    frame->setXLabelsCentred(m_roundTimeTicks);
     frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
 }
 

@@ -67,6 +67,15 @@ public:
         until the next change arrives. Repaints nothing. */
     void switchOnCurvesListen();
 
+    /*! Puts the X ticks on round times of day (true): as many as fit the
+        data area's width without overlapping labels, "HH:mm" or "HH:mm:ss",
+        the date at midnight, each label centred on its tick and left out
+        where it would not fit. false (the default) keeps the eleven evenly
+        spaced "HH:mm:ss" ticks. Relabels at once when the setting changes. */
+    void setRoundTimeTicks(bool bRound);
+    /*! Whether the X ticks lie on round times of day. */
+    bool hasRoundTimeTicks() const;
+
     /*! Draws one X/Y curve with its frame, axes and tick labels into
         \a pixmap, at the pixmap's current size, without any view or registry.
         The pixmap is first cleared to transparent; the frame takes an 80-pixel
@@ -98,6 +107,8 @@ private:
     QGraphicsView* m_view;
     CurveGraphicsItem_Coord* m_coordItem;
     QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
+    // Optional labelling.
+    bool m_roundTimeTicks = false;
 
     Q_DISABLE_COPY(CurveGraphicsScene)
 };

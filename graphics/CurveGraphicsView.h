@@ -24,11 +24,76 @@ class CurveGraphicsScene;
     scrolls on them.
 
     The host registers curves through getCurveScene().
+
+    \par Time navigation
+
+    With timeNavigationEnabled (off by default) the user can show a window of
+    the time axis instead of all data:
+    - Ctrl+wheel zooms time about the cursor: the time under it stays put.
+    - Shift+wheel, a horizontal wheel or a left drag in the data area pans.
+    - A left double-click in the data area, or the Home key, shows all
+      data again (resetTimeWindow()).
+    - The plain wheel zooms Y as before and keeps the window.
+
+    The window is kept inside the X range of the data and at least four
+    sample intervals wide. Times are milliseconds since 1970 (GPST read on
+    the UTC calendar), the units of CurveGraphicsTableWidget_Epoch's window,
+    so two connections link a view and a table both ways:
+    \code
+    connect(view, &CurveGraphicsView::sgTimeWindowChanged,
+            table, &CurveGraphicsTableWidget_Epoch::setTimeWindow);
+    connect(table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged,
+            view, &CurveGraphicsView::setTimeWindow);
+    \endcode
+    setTimeWindow() emits only when the window really changes, so the echo of
+    a linked widget ends the exchange. With navigation off the view behaves
+    exactly as without it.
+
+    \par Round time ticks
+
+    With roundTimeTicks (off by default) the X ticks lie on round times of
+    day ("HH:mm", or "HH:mm:ss" for steps below a minute), as many as fit
+    without overlapping labels; a tick at midnight reads the date. Off, the
+    eleven evenly spaced "HH:mm:ss" ticks stay.
+
+    \par Hover read-out
+
+    With hoverReadOutEnabled (off by default) the view follows the mouse and
+    reports the drawn sample nearest to the cursor, within kHoverRadius
+    pixels, by sgHover(), and sgHoverNone() when none is near any more. With
+    hoverToolTip as well, it shows the sample in a tool tip.
 */
 class GNSSPLOT_EXPORT CurveGraphicsView : public QGraphicsView
 {
     Q_OBJECT
+    /*! Whether the user can zoom and pan the time axis; false by default. */
+    Q_PROPERTY(bool timeNavigationEnabled READ isTimeNavigationEnabled
+                   WRITE setTimeNavigationEnabled)
+    /*! Whether X ticks lie on round times of day; false by default. */
+    Q_PROPERTY(bool roundTimeTicks READ hasRoundTimeTicks WRITE setRoundTimeTicks)
+    /*! Whether the view reports the sample under the mouse; false by default. */
+    Q_PROPERTY(bool hoverReadOutEnabled READ isHoverReadOutEnabled
+                   WRITE setHoverReadOutEnabled)
+    /*! Whether the hover read-out shows a tool tip; false by default. */
+    Q_PROPERTY(bool hoverToolTip READ hasHoverToolTip WRITE setHoverToolTip)
 public:
+    /*! A drawn sample, as the hover read-out finds it. */
+    struct HoverSample
+    {
+        /*! Name of the curve in the registry. */
+        QString curveName;
+        /*! Y index from 0: 0 is the first Y axis ("F 1"), 1 the second. */
+        int yIndex = -1;
+        /*! Index of the sample in the curve's axes. */
+        qint64 sampleIndex = -1;
+        /*! X value, milliseconds since 1970 for a time axis. */
+        double timeMs = 0.0;
+        /*! Y value, in the curve's units (metres on the plot's axis). */
+        double value = 0.0;
+    };
+    /*! How far from the cursor a sample is still found, pixels. */
+    static constexpr double kHoverRadius = 5.0;
+
     /*! Creates the view and its scene (a Qt child of the view) with an empty
         registry and a zoom factor of 1. */
     explicit CurveGraphicsView(QWidget* parent = nullptr);
@@ -45,6 +110,64 @@ public:
         stays as it was. */
     void setCurvesPosToVerticalZero();
 
+    /*! Switches time navigation on or off (see the class description).
+        Switching it off shows all data again and emits sgTimeWindowChanged()
+        if a zoomed window goes. */
+    void setTimeNavigationEnabled(bool bEnabled);
+    /*! Whether time navigation is on; false by default. */
+    bool isTimeNavigationEnabled() const;
+    /*! Gives the time window shown, milliseconds since 1970: the X range of
+        all data while navigation is off or nothing is zoomed; 0 and 0 when
+        there are no data. */
+    void getTimeWindow(double& tMin, double& tMax) const;
+
+    /*! Puts the X ticks on round times of day (true) or back on the eleven
+        evenly spaced ticks (false, the default) and relabels at once. */
+    void setRoundTimeTicks(bool bRound);
+    /*! Whether the X ticks lie on round times of day. */
+    bool hasRoundTimeTicks() const;
+
+    /*! Switches the hover read-out on or off; switching it off while a sample
+        was reported emits sgHoverNone(). */
+    void setHoverReadOutEnabled(bool bEnabled);
+    /*! Whether the hover read-out is on; false by default. */
+    bool isHoverReadOutEnabled() const;
+    /*! Shows the reported sample in a tool tip while the read-out is on. */
+    void setHoverToolTip(bool bShow);
+    /*! Whether the read-out shows a tool tip; false by default. */
+    bool hasHoverToolTip() const;
+    /*! Finds the drawn sample nearest to \a viewportPos (viewport pixels)
+        within kHoverRadius pixels: of the visible curves, the Y axes the
+        Y-selection shows, values that are numbers, inside the data area.
+        Returns false, leaving \a sample alone, when none is that near.
+        Works whether or not the read-out is switched on. */
+    bool hoverSampleAt(const QPoint& viewportPos, HoverSample& sample);
+
+public slots:
+    /*! Shows the time window [\a tMin, \a tMax], milliseconds since 1970,
+        fitted into the data: no wider than the X range of all data, at least
+        four sample intervals wide, shifted inside the range. Emits
+        sgTimeWindowChanged() with the fitted window when it differs from the
+        one shown. Does nothing while navigation is off, without data, or when
+        a bound is not finite or \a tMin is not below \a tMax. */
+    void setTimeWindow(double tMin, double tMax);
+    /*! Shows all data again; emits sgTimeWindowChanged() when a zoomed window
+        goes. Does nothing while navigation is off. */
+    void resetTimeWindow();
+
+signals:
+    /*! The time window shown changed to [\a tMin, \a tMax], milliseconds
+        since 1970: by the user's navigation, setTimeWindow(),
+        resetTimeWindow() or switching navigation off. */
+    void sgTimeWindowChanged(double tMin, double tMax);
+    /*! The hover read-out found a sample other than the one last reported:
+        curve \a curveName, Y index \a yIndex (0 for "F 1"), its time
+        \a timeMs (milliseconds since 1970) and \a value. */
+    void sgHover(QString curveName, int yIndex, double timeMs, double value);
+    /*! No sample is near the cursor any more (or it left the view). Emitted
+        once after the last sgHover(). */
+    void sgHoverNone();
+
 protected:
     /*! One zoom step per event (see the class description); the event is
         ignored so that it propagates. */
@@ -54,18 +177,58 @@ protected:
     /*! Brings the pictures of all changed curves up to date at once, spread
         over the cores, then paints the scene. */
     void paintEvent(QPaintEvent* event) override;
+    /*! With time navigation: starts a pan on a left press in the data area. */
+    void mousePressEvent(QMouseEvent* event) override;
+    /*! Pans while dragging; runs the hover read-out. */
+    void mouseMoveEvent(QMouseEvent* event) override;
+    /*! Ends a pan. */
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    /*! With time navigation: a left double-click in the data area resets. */
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    /*! With time navigation: Home resets the window. */
+    void keyPressEvent(QKeyEvent* event) override;
+    /*! Ends the hover read-out's report. */
+    void leaveEvent(QEvent* event) override;
 
 private slots:
     void onScene_coordChanged();
 
 private:
     void fitCoordRect();
+    QRectF dataAreaInViewport() const;
+    bool dataLimits(double& xMin, double& xMax) const;
+    double minimumSpan(double xMin, double xMax) const;
+    bool fitWindow(double& tMin, double& tMax, bool& bActive) const;
+    bool showWindow(double tMin, double tMax);
+    void zoomTimeAt(double x, double notches);
+    void panTimeByPixels(double pixels);
+    void updateHover(const QPoint& viewportPos);
+    void clearHover();
 
     QPointer<CurveGraphicsScene> m_scene;
     double m_maxZoom;
     double m_minZoom;
     double m_zoomStep;
     double m_zoom;
+
+    // Time navigation: the window is only in force while bActive.
+    struct TimeNavigation
+    {
+        bool bEnabled = false;
+        bool bActive = false;
+        double tMin = 0.0;
+        double tMax = 0.0;
+        bool bPanning = false;
+        int panLastX = 0;
+    } m_nav;
+    // Hover read-out and the sample it last reported.
+    struct HoverState
+    {
+        bool bEnabled = false;
+        bool bToolTip = false;
+        bool bReported = false;
+        HoverSample last;
+    } m_hover;
 
     Q_DISABLE_COPY(CurveGraphicsView)
 };

@@ -16,6 +16,17 @@
     </message>
 </context>
 <context>
+    <name>CurveGraphicsView</name>
+    <message>
+        <source>Curve %1, F %2
+Time %3 GPST
+Value %4 m</source>
+        <translation>Kurve %1, F %2
+Zeit %3 GPST
+Wert %4 m</translation>
+    </message>
+</context>
+<context>
     <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
         <source>Satellite</source>

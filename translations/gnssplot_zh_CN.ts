@@ -16,6 +16,17 @@
     </message>
 </context>
 <context>
+    <name>CurveGraphicsView</name>
+    <message>
+        <source>Curve %1, F %2
+Time %3 GPST
+Value %4 m</source>
+        <translation>曲线 %1，F %2
+时间 %3 GPST
+数值 %4 米</translation>
+    </message>
+</context>
+<context>
     <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
         <source>Satellite</source>

@@ -33,6 +33,21 @@ void tst_DesignerPlugin::createsBothWidgets()
         QVERIFY(created);
         QCOMPARE(QString::fromLatin1(created->metaObject()->className()), widget->name());
         QCOMPARE(created->parentWidget(), &parent);
+        // Designer's property editor lists what the meta-object declares:
+        // the opt-in switches show there, off.
+        QStringList switches{QStringLiteral("timeNavigationEnabled")};
+        if (widget->name() == QStringLiteral("CurveGraphicsView")) {
+            switches << QStringLiteral("roundTimeTicks") << QStringLiteral("hoverReadOutEnabled")
+                     << QStringLiteral("hoverToolTip");
+        }
+        for (const QString& name : switches) {
+            const QMetaObject* meta = created->metaObject();
+            const int index = meta->indexOfProperty(name.toLatin1().constData());
+            QVERIFY2(index >= 0, qPrintable(name));
+            QVERIFY(meta->property(index).isWritable());
+            QVERIFY(meta->property(index).isDesignable());
+            QCOMPARE(created->property(name.toLatin1().constData()), QVariant(false));
+        }
     }
     QCOMPARE(names, (QStringList{QStringLiteral("CurveGraphicsView"),
                                  QStringLiteral("CurveGraphicsTableWidget_Epoch")}));

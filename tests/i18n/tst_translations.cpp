@@ -32,12 +32,15 @@ void tst_Translations::catalogue_data()
     QTest::addColumn<QString>("metre");
     QTest::addColumn<QString>("allocFailed");
     QTest::addColumn<QString>("removeMark");
+    QTest::addColumn<QString>("hoverTip");
     QTest::newRow("zh_CN") << "zh_CN" << QString::fromUtf8("卫星") << QString::fromUtf8("米")
                            << QString::fromUtf8("内存分配失败。")
-                           << QString::fromUtf8("删除此擦除框。");
+                           << QString::fromUtf8("删除此擦除框。")
+                           << QString::fromUtf8("曲线 %1，F %2\n时间 %3 GPST\n数值 %4 米");
     QTest::newRow("de") << "de" << "Satellit" << "m"
                         << "Speicher konnte nicht reserviert werden."
-                        << QString::fromUtf8("Löschrechteck entfernen.");
+                        << QString::fromUtf8("Löschrechteck entfernen.")
+                        << "Kurve %1, F %2\nZeit %3 GPST\nWert %4 m";
 }
 
 void tst_Translations::catalogue()
@@ -47,6 +50,7 @@ void tst_Translations::catalogue()
     QFETCH(QString, metre);
     QFETCH(QString, allocFailed);
     QFETCH(QString, removeMark);
+    QFETCH(QString, hoverTip);
 
     QTranslator translator;
     QVERIFY2(translator.load(QLocale(locale), QStringLiteral("gnssplot"), QStringLiteral("_"),
@@ -61,6 +65,9 @@ void tst_Translations::catalogue()
     QCOMPARE(QCoreApplication::translate("CurveGraphicsTableWidget_Epoch",
                                          "Remove the rect for erase."),
              removeMark);
+    QCOMPARE(QCoreApplication::translate("CurveGraphicsView",
+                                         "Curve %1, F %2\nTime %3 GPST\nValue %4 m"),
+             hoverTip);
 
     AxisData axis;
     axis.beginSetData();
