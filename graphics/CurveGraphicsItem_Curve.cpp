@@ -598,21 +598,70 @@ void CurveGraphicsItem_Curve_XY::countRun(const Run& run, qint64 begin, qint64 e
     }
 }
 
+namespace {
+
+// The first index in [lo, hi) for which \a test fails, \a test being true
+// for a prefix of the range.
+template <class Test>
+qint64 partitionPoint(qint64 lo, qint64 hi, Test test)
+{
+    while (lo < hi) {
+        const qint64 mid = lo + (hi - lo) / 2;
+        if (test(mid))
+            lo = mid + 1;
+        else
+            hi = mid;
+    }
+    return lo;
+}
+
+} // namespace
+
 void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
 {
     qint64 count = 0;
     for (const qint64 c : m_source.counts)
         count = std::max(count, c);
     const ColumnsKey key{m_source.xMin, m_source.xMax, target.m11, target.dx,
-                         m_dataAreaWidth, count, m_dataVersion};
+                         target.bounds.left(), target.bounds.right(), m_dataAreaWidth, count,
+                         m_dataVersion};
     if (key.xMin == m_columnsKey.xMin && key.xMax == m_columnsKey.xMax && key.m11 == m_columnsKey.m11
-        && key.dx == m_columnsKey.dx && key.width == m_columnsKey.width
+        && key.dx == m_columnsKey.dx && key.left == m_columnsKey.left
+        && key.right == m_columnsKey.right && key.width == m_columnsKey.width
         && key.count == m_columnsKey.count && key.dataVersion == m_columnsKey.dataVersion)
         return;
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);
+    const double* xs = m_source.xs;
     m_columns.resize(size_t(count));
-    CurveRaster::mapColumns(mapping, target.m11, target.dx, m_source.xs, count, m_columns.data());
+    // With X in order (time, as a rule) only the samples whose columns fall
+    // in the layer, and one neighbour on each side for the segments that
+    // enter and leave it, can set a pixel: a zoomed window maps and counts
+    // only those.
+    qint64 first = 0;
+    qint64 last = count - 1;
+    if (count > 0 && std::isfinite(mapping.rx) && mapping.rx > 0.0 && xSorted(count)) {
+        const auto column = [&](qint64 j) {
+            qint32 c = 0;
+            CurveRaster::mapColumns(mapping, target.m11, target.dx, xs + j, 1, &c);
+            return c;
+        };
+        const int left = target.bounds.left();
+        const int right = target.bounds.right();
+        const bool ascending = target.m11 > 0.0;
+        const qint64 inside = partitionPoint(0, count, [&](qint64 j) {
+            return ascending ? column(j) < left : column(j) > right;
+        });
+        const qint64 beyond = partitionPoint(inside, count, [&](qint64 j) {
+            return ascending ? column(j) <= right : column(j) >= left;
+        });
+        first = std::max<qint64>(0, inside - 1);
+        last = std::min(count - 1, beyond);
+    }
+    CurveRaster::mapColumns(mapping, target.m11, target.dx, xs + first, last - first + 1,
+                            m_columns.data() + first);
+    m_visibleFirst = first;
+    m_visibleLast = last;
     m_columnsKey = key;
 }
 
@@ -732,10 +781,16 @@ bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs, con
     for (int t = 0; t < ways; ++t)
         counters[size_t(t)].begin(target.bounds);
     const auto countWay = [&](int t) {
-        for (const Run& run : runs) {
-            if (run.points < kThinRun)
+        for (const Run& whole : runs) {
+            if (whole.points < kThinRun)
                 continue;
+            // Only the part of the run that can reach the layer; where it
+            // starts, nothing before it could have set a pixel either.
+            const Run run{std::max(whole.begin, m_visibleFirst),
+                          std::min(whole.end, m_visibleLast), whole.points};
             const qint64 length = run.end - run.begin + 1;
+            if (length < 1)
+                continue;
             const qint64 begin = run.begin + length * t / ways;
             const qint64 end = run.begin + length * (t + 1) / ways - 1;
             if (begin <= end)

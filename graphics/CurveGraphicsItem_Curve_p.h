@@ -263,10 +263,15 @@ private:
     struct ColumnsKey
     {
         double xMin = 0.0, xMax = 0.0, m11 = 0.0, dx = 0.0;
+        int left = 0, right = -1;
         int width = -1;
         qint64 count = -1;
         quint64 dataVersion = 0;
     } m_columnsKey;
+    // The samples whose columns were worked out: those that can reach the
+    // layer (all of them unless X is in order).
+    qint64 m_visibleFirst = 0;
+    qint64 m_visibleLast = -1;
     quint64 m_dataVersion = 1;
     // Bumped by every change that can alter a pixel of the item.
     quint64 m_version = 1;
