@@ -23,8 +23,8 @@ CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     // Connected after the scene's own connection, so the frame for a new
     // coordinate already exists when the view refits.
     if (CurveScene* registry = m_scene->getCurveScene()) {
-        connect(registry, SIGNAL(sgLocalCoordChanged()), this, SLOT(onScene_coordChanged()),
-                Qt::UniqueConnection);
+        connect(registry, &CurveScene::sgLocalCoordChanged, this,
+                &CurveGraphicsView::onScene_coordChanged, Qt::UniqueConnection);
     }
 }
 
@@ -58,10 +58,11 @@ void CurveGraphicsView::onScene_coordChanged()
 
 void CurveGraphicsView::wheelEvent(QWheelEvent* event)
 {
-    // The single-axis delta: the vertical wheel, or the horizontal one when
-    // only that turned.
+    // The single-axis delta that Qt 5's QWheelEvent::delta() reported and
+    // Qt 6 no longer has: the component of larger magnitude, the vertical one
+    // on a tie.
     const QPoint angle = event->angleDelta();
-    const int delta = angle.y() != 0 ? angle.y() : angle.x();
+    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
     const double factor = delta > 0 ? 1.0 + m_zoomStep : 1.0 - m_zoomStep;
     const double candidate = m_zoom * factor;
     if (candidate >= m_minZoom && candidate <= m_maxZoom) {
