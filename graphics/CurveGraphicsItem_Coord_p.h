@@ -38,11 +38,6 @@ signals:
 
 private slots:
     void onCoordAreaChanged();
-
-protected:
-    // Guarded: the registry may delete an auto-deleted coordinate while the
-    // frame still exists (it announces the replacement only afterwards).
-    QPointer<Curve_Coord> m_coord;
 };
 
 /*
