@@ -95,7 +95,6 @@ private:
 
     CurveScene* m_curveScene;
     QPointer<Curve_Coord> m_coord;
-    QGraphicsView* m_view;
     CurveGraphicsItem_Coord* m_coordItem;
     QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
 
