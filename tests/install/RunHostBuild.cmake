@@ -3,6 +3,7 @@
 # route. MODE side_by_side: install this build and PEER_BUILD_DIR (the other
 # Qt major) into one prefix, check that they share no file, and build
 # first-host against each package.
+cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/prefix)
 set(first_host ${SOURCE_DIR}/examples/first-host)
