@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_QTCOMPAT_P_H
 #define GNSSPLOT_QTCOMPAT_P_H
 

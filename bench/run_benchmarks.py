@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Runs the benchmarks once and writes BENCHMARKS.md: medians, ratios to the
 peers measured in the same run, memory per sample and the machine.
 

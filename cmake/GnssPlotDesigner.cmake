@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Qt Designer plugin offering the curve view and the epoch table. Built when
 # Qt's designer development files are present (Debian's qttools5-dev for
 # Qt 5, qt6-tools-dev for Qt 6).

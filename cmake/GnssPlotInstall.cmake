@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 include(CMakePackageConfigHelpers)
 
 # Every installed name carries GNSSPLOT_NAME_SUFFIX (empty for Qt 5, -qt6

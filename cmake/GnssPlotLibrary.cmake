@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The library is compiled once into an object library. The shared library
 # exports only what carries GNSSPLOT_EXPORT; the static twin gives the unit
 # tests access to the internal graphics items and labels as well.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Chooses the Qt major version and derives every name that depends on it.
 #
 #   -DGNSSPLOT_QT_MAJOR=6   build against Qt 6 (6.4 or later)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles the translations with lrelease. The .qm files are embedded in the
 # library under :/gnssplot/translations and installed beside it, so a host
 # loads them with one QTranslator from either place.

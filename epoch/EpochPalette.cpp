@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EpochPalette_p.h"
 
 #include <QGlobalStatic>

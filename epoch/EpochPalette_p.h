@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_EPOCHPALETTE_P_H
 #define GNSSPLOT_EPOCHPALETTE_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_Coord_p.h"
 
 #include "CurveGraphicsItem_ShowWhichY_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_ShowWhichY_p.h"
 #include "gnssplot_qtcompat_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsView.h"
 
 #include "CurveGraphicsScene.h"

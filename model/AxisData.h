@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_AXISDATA_H
 #define GNSSPLOT_AXISDATA_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Curve_Coord.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_Coord_XY_p.h"

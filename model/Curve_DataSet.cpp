@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Curve_DataSet.h"
 #include "Curve_DataSet_XY.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVE_DATASET_H
 #define GNSSPLOT_CURVE_DATASET_H
 

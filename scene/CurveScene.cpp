@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveScene.h"
 
 #include "AxisData.h"

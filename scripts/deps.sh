@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the other scripts: installs Debian packages that are missing.
 ensure_packages() {
     local missing=()

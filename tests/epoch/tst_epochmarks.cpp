@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drag-to-mark and the erase-mark context menu, driven by real
 // mouse and context-menu events on a shown table.
 

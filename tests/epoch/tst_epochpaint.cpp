@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixels of the epoch bars, erase marks, drag outline and legend.
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "EpochLabel_p.h"

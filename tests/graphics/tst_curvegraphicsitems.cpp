@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The frame and curve items on their own: geometry and run cutting.
 
 #include "graphicstestsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The view on screen: what a person sees, clicking the Y-selection and
 // zooming with the wheel.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Script mode. MODE cmake or pkgconfig: install this build, then build and
 # run the package check (host/) and build examples/first-host through that
 # route. MODE side_by_side: install this build and PEER_BUILD_DIR (the other

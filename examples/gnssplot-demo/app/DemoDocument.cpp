@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DemoDocument.h"
 
 #include "Availability.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads the demo's observation data the way the demo will (synthetic day or
 // a RINEX file), computes multipath curves and availability for every
 // satellite, and prints what it found and how long it took.
