@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_GLOBAL_H
 #define GNSSPLOT_GLOBAL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Speed of the epoch table with a dense data set: 150 satellites, 4 bands
 // each, 2,000 gaps per band.
 //   bench_epoch --benchmark_repetitions=5 --benchmark_report_aggregates_only=true

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # API documentation: `cmake --build build --target docs` writes HTML to
 # build/docs/html. Doxygen fails on any warning, so an undocumented public
 # method breaks the docs build.

@@ -1,9 +1,12 @@
+# SPDX-License-Identifier: MIT
 # The library is compiled once into an object library. The shared library
 # exports only what carries GNSSPLOT_EXPORT; the static twin gives the unit
 # tests access to the internal graphics items and labels as well.
 set(GNSSPLOT_SUBSYSTEMS model scene graphics epoch)
 
-set(GNSSPLOT_SOURCES "")
+# The one private header outside the subsystems: the calls that differ
+# between Qt 5 and Qt 6.
+set(GNSSPLOT_SOURCES ${PROJECT_SOURCE_DIR}/gnssplot_qtcompat_p.h)
 set(GNSSPLOT_PUBLIC_HEADERS
     ${PROJECT_SOURCE_DIR}/gnssplot.h
     ${PROJECT_SOURCE_DIR}/gnssplot_global.h)
@@ -29,22 +32,21 @@ set_target_properties(gnssplot_objects PROPERTIES
 target_compile_definitions(gnssplot_objects PRIVATE GNSSPLOT_BUILD_LIBRARY
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(gnssplot_objects PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
-target_link_libraries(gnssplot_objects PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets
-    PRIVATE Qt5::Concurrent)
+target_link_libraries(gnssplot_objects PUBLIC ${GNSSPLOT_QT_LIBRARIES})
 
 add_library(gnssplot SHARED $<TARGET_OBJECTS:gnssplot_objects>)
 add_library(GnssPlot::gnssplot ALIAS gnssplot)
 set_target_properties(gnssplot PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
+    OUTPUT_NAME ${GNSSPLOT_OUTPUT_NAME}
     EXPORT_NAME gnssplot)
-# Qt Concurrent serves the parallel curve rebuild only; hosts never see it.
-target_link_libraries(gnssplot PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets PRIVATE Qt5::Concurrent)
+target_link_libraries(gnssplot PUBLIC ${GNSSPLOT_QT_LIBRARIES})
 target_include_directories(gnssplot PUBLIC
     "$<BUILD_INTERFACE:${GNSSPLOT_INCLUDE_DIRS}>"
-    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/gnssplot>")
+    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/${GNSSPLOT_OUTPUT_NAME}>")
 
 add_library(gnssplot_internal STATIC $<TARGET_OBJECTS:gnssplot_objects>)
 target_compile_definitions(gnssplot_internal INTERFACE GNSSPLOT_STATIC)
 target_include_directories(gnssplot_internal PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
-target_link_libraries(gnssplot_internal PUBLIC Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Concurrent)
+target_link_libraries(gnssplot_internal PUBLIC ${GNSSPLOT_QT_LIBRARIES})

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "GnssPlotDesignerPlugin.h"
 
 #include "CurveGraphicsTableWidget_Epoch.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EpochBars_p.h"
 
 #include "EpochGeometry_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_EPOCHBARS_P_H
 #define GNSSPLOT_EPOCHBARS_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EpochGeometry_p.h"
 
 #include <cmath>

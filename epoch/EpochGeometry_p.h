@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_EPOCHGEOMETRY_P_H
 #define GNSSPLOT_EPOCHGEOMETRY_P_H
 

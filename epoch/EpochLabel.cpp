@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EpochLabel_p.h"
 
 #include "EpochBars_p.h"

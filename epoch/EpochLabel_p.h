@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_EPOCHLABEL_P_H
 #define GNSSPLOT_EPOCHLABEL_P_H
 

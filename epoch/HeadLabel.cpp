@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HeadLabel_p.h"
 
 #include <QFontMetrics>

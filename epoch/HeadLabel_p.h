@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_HEADLABEL_P_H
 #define GNSSPLOT_HEADLABEL_P_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_STEPOCHDATASET_H
 #define GNSSPLOT_STEPOCHDATASET_H
 

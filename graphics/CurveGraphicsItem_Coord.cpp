@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_Coord_p.h"
 
 #include "CurveGraphicsItem_ShowWhichY_p.h"
 #include "Curve_Coord.h"
+#include "gnssplot_qtcompat_p.h"
 
 #include <QFontMetrics>
 #include <QMarginsF>
@@ -13,11 +15,10 @@
 
 CurveGraphicsItem_Coord::CurveGraphicsItem_Coord(Curve_Coord* coord, QGraphicsItem* parent)
     : QGraphicsObject(parent)
-    , m_coord(coord)
 {
     if (coord) {
-        connect(coord, SIGNAL(sgCoordAreaChanged()), this, SLOT(onCoordAreaChanged()),
-                Qt::UniqueConnection);
+        connect(coord, &Curve_Coord::sgCoordAreaChanged, this,
+                &CurveGraphicsItem_Coord::onCoordAreaChanged, Qt::UniqueConnection);
     }
 }
 
@@ -57,7 +58,7 @@ CurveGraphicsItem_Coord_PXPY::CurveGraphicsItem_Coord_PXPY(Curve_Coord* coord,
     m_gridPen.setWidthF(1.0);
     m_textPen.setWidthF(1.0);
     m_font.setPointSizeF(8.0);
-    m_font.setWeight(2);
+    GnssPlotCompat::setLegacyFontWeight(m_font, 2);
     m_showWhichY = new CurveGraphicsItem_ShowWhichY(this);
     placeShowWhichY();
 }

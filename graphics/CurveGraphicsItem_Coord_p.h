@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVEGRAPHICSITEM_COORD_P_H
 #define GNSSPLOT_CURVEGRAPHICSITEM_COORD_P_H
 
@@ -38,11 +39,6 @@ signals:
 
 private slots:
     void onCoordAreaChanged();
-
-protected:
-    // Guarded: the registry may delete an auto-deleted coordinate while the
-    // frame still exists (it announces the replacement only afterwards).
-    QPointer<Curve_Coord> m_coord;
 };
 
 /*

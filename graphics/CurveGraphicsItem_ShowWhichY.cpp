@@ -1,4 +1,6 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_ShowWhichY_p.h"
+#include "gnssplot_qtcompat_p.h"
 
 #include <QGraphicsSceneMouseEvent>
 #include <QMarginsF>
@@ -18,7 +20,7 @@ CurveGraphicsItem_ShowWhichY::CurveGraphicsItem_ShowWhichY(QGraphicsItem* parent
     m_textPen.setWidthF(1.0);
     m_font.setPointSizeF(8.0);
     // Weight 2 on the 0..99 scale: a deliberately thin face for the legend.
-    m_font.setWeight(2);
+    GnssPlotCompat::setLegacyFontWeight(m_font, 2);
     m_selection.insert(QStringLiteral("F 1"), true);
     m_selection.insert(QStringLiteral("F 2"), false);
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsScene.h"
 
 #include "CurveGraphicsItem_Coord_p.h"
@@ -87,23 +88,21 @@ CurveGraphicsScene::CurveGraphicsScene(QGraphicsView* view)
     : QGraphicsScene(view)
     , m_curveScene(nullptr)
     , m_coord(nullptr)
-    , m_view(nullptr)
     , m_coordItem(nullptr)
 {
-    m_view = view;
     setSceneRect(-5000.0, -5000.0, 10000.0, 10000.0);
     setBackgroundBrush(QBrush(Qt::transparent, Qt::SolidPattern));
     m_curveScene = new CurveScene(this);
-    connect(m_curveScene, SIGNAL(sgLocalCoordChanged()), this, SLOT(onSgCoordChanged()),
+    connect(m_curveScene, &CurveScene::sgLocalCoordChanged, this,
+            &CurveGraphicsScene::onSgCoordChanged, Qt::UniqueConnection);
+    connect(m_curveScene, &CurveScene::sgCurveAdded, this, &CurveGraphicsScene::onSgCurveAdded,
             Qt::UniqueConnection);
-    connect(m_curveScene, SIGNAL(sgCurveAdded(QString)), this, SLOT(onSgCurveAdded(QString)),
-            Qt::UniqueConnection);
-    connect(m_curveScene, SIGNAL(sgCurveRemoved(QString)), this,
-            SLOT(onSgCurveRemoved(QString)), Qt::UniqueConnection);
-    connect(m_curveScene, SIGNAL(sgCurveShowParamChanged(QString)), this,
-            SLOT(onSgCurveShowParamChanged(QString)), Qt::UniqueConnection);
-    connect(m_curveScene, SIGNAL(sgCurveSingleShow(QString, bool)), this,
-            SLOT(onSgSingleShow(QString,bool)), Qt::UniqueConnection);
+    connect(m_curveScene, &CurveScene::sgCurveRemoved, this,
+            &CurveGraphicsScene::onSgCurveRemoved, Qt::UniqueConnection);
+    connect(m_curveScene, &CurveScene::sgCurveShowParamChanged, this,
+            &CurveGraphicsScene::onSgCurveShowParamChanged, Qt::UniqueConnection);
+    connect(m_curveScene, &CurveScene::sgCurveSingleShow, this,
+            &CurveGraphicsScene::onSgSingleShow, Qt::UniqueConnection);
     setBackgroundBrush(QBrush(QColor(255, 255, 255, 255), Qt::SolidPattern));
 }
 
@@ -178,16 +177,16 @@ void CurveGraphicsScene::onSgCoordChanged()
 
     m_coord = m_curveScene->getCoord_Local();
     if (m_coord) {
-        connect(m_coord.data(), SIGNAL(sgCoordAreaChanged()), this,
-                SLOT(onSgCoordAreaChanged()), Qt::UniqueConnection);
+        connect(m_coord.data(), &Curve_Coord::sgCoordAreaChanged, this,
+                &CurveGraphicsScene::onSgCoordAreaChanged, Qt::UniqueConnection);
     }
     if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data())) {
         auto* frame = new CurveGraphicsItem_Coord_PXPY(coordXY, nullptr);
         m_coordItem = frame;
         addItem(frame);
         frame->setPos(0.0, 0.0);
-        connect(frame->getShowWhichY(), SIGNAL(selectionChanged()), this,
-                SLOT(onSgCoordVisibleSelectionChanged()), Qt::UniqueConnection);
+        connect(frame->getShowWhichY(), &CurveGraphicsItem_ShowWhichY::selectionChanged, this,
+                &CurveGraphicsScene::onSgCoordVisibleSelectionChanged, Qt::UniqueConnection);
     }
 
     for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems)) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVEGRAPHICSSCENE_H
 #define GNSSPLOT_CURVEGRAPHICSSCENE_H
 
@@ -104,7 +105,6 @@ private:
 
     CurveScene* m_curveScene;
     QPointer<Curve_Coord> m_coord;
-    QGraphicsView* m_view;
     CurveGraphicsItem_Coord* m_coordItem;
     QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
     // Optional labelling.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsView.h"
 
 #include "AxisData.h"
@@ -59,8 +60,8 @@ CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     // Connected after the scene's own connection, so the frame for a new
     // coordinate already exists when the view refits.
     if (CurveScene* registry = m_scene->getCurveScene()) {
-        connect(registry, SIGNAL(sgLocalCoordChanged()), this, SLOT(onScene_coordChanged()),
-                Qt::UniqueConnection);
+        connect(registry, &CurveScene::sgLocalCoordChanged, this,
+                &CurveGraphicsView::onScene_coordChanged, Qt::UniqueConnection);
     }
 }
 
@@ -132,8 +133,9 @@ void CurveGraphicsView::wheelEvent(QWheelEvent* event)
             return;
         }
         // Some platforms turn Shift+wheel into a horizontal wheel themselves.
-        if ((modifiers & Qt::ShiftModifier) || (angle.x() != 0 && angle.y() == 0)) {
-            const int notches = angle.y() != 0 ? angle.y() : angle.x();
+        const bool sideways = std::abs(angle.x()) > std::abs(angle.y());
+        if ((modifiers & Qt::ShiftModifier) || sideways) {
+            const int notches = sideways ? angle.x() : angle.y();
             // Turning the wheel away, or to the left, goes back in time.
             panTimeByPixels(-double(notches) / 120.0 * kPanPerNotch
                             * dataAreaInViewport().width());
@@ -141,9 +143,10 @@ void CurveGraphicsView::wheelEvent(QWheelEvent* event)
             return;
         }
     }
-    // The single-axis delta: the vertical wheel, or the horizontal one when
-    // only that turned.
-    const int delta = angle.y() != 0 ? angle.y() : angle.x();
+    // The single-axis delta that Qt 5's QWheelEvent::delta() reported and
+    // Qt 6 no longer has: the component of larger magnitude, the vertical one
+    // on a tie.
+    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
     const double factor = delta > 0 ? 1.0 + m_zoomStep : 1.0 - m_zoomStep;
     const double candidate = m_zoom * factor;
     if (candidate >= m_minZoom && candidate <= m_maxZoom) {

@@ -1,20 +1,80 @@
+// SPDX-License-Identifier: MIT
 #include "AxisData.h"
 
 #include <cmath>
 #include <limits>
 #include <new>
 
-void AxisData::AxisBuffer::clear()
+namespace {
+
+// One side of the axis: the published samples that readers see, or the
+// block being filled during a setting phase.
+struct AxisBuffer
 {
-    samples.reset();
-    count = 0;
-    areaBegin = -1;
-    areaEnd = -1;
-    breaks.clear();
-}
+    std::unique_ptr<double[]> samples;
+    qint64 count = 0;
+    qint64 areaBegin = -1;
+    qint64 areaEnd = -1;
+    std::set<qint64> breaks;
+
+    void clear()
+    {
+        samples.reset();
+        count = 0;
+        areaBegin = -1;
+        areaEnd = -1;
+        breaks.clear();
+    }
+
+    // Sample areaBegin + index and the count from there to the area's end;
+    // null without samples or outside the area. Readers and the writer of a
+    // phase share it.
+    double* at(qint64 index, qint64* num) const
+    {
+        if (!samples)
+            return nullptr;
+        const qint64 span = areaEnd - areaBegin;
+        if (index < 0 || index > span)
+            return nullptr;
+        if (num)
+            *num = span - index + 1;
+        return samples.get() + areaBegin + index;
+    }
+
+    bool setArea(qint64 begin, qint64 end)
+    {
+        if (!samples || begin < 0 || end >= count || end < begin)
+            return false;
+        areaBegin = begin;
+        areaEnd = end;
+        return true;
+    }
+};
+
+// Limits of the published area, worked out on first request: a view asks
+// for them on every zoom step, the samples change far more rarely.
+struct Limits
+{
+    bool known = false;
+    bool found = false;
+    double minValue = 0.0;
+    double maxValue = 0.0;
+};
+
+} // namespace
+
+class AxisData::PrivateData
+{
+public:
+    AxisBuffer published;
+    Limits limits;
+    bool inSetting = false;
+    AxisBuffer setting;
+};
 
 AxisData::AxisData(QObject* parent)
     : QObject(parent)
+    , m_data(new PrivateData)
 {
 }
 
@@ -22,13 +82,14 @@ AxisData::~AxisData() = default;
 
 void AxisData::beginSetData()
 {
-    m_setting.clear();
-    m_inSetting = true;
+    m_data->setting.clear();
+    m_data->inSetting = true;
 }
 
 bool AxisData::allocData(qint64 num, QString* errorString)
 {
-    if (!m_inSetting || m_setting.samples || num < 1)
+    AxisBuffer& setting = m_data->setting;
+    if (!m_data->inSetting || setting.samples || num < 1)
         return false;
 
     // A count whose byte size does not fit the address space can never be
@@ -51,73 +112,63 @@ bool AxisData::allocData(qint64 num, QString* errorString)
         return false;
     }
 
-    m_setting.samples.reset(block);
-    m_setting.count = num;
-    m_setting.areaBegin = 0;
-    m_setting.areaEnd = num - 1;
-    m_setting.breaks.clear();
+    setting.samples.reset(block);
+    setting.count = num;
+    setting.areaBegin = 0;
+    setting.areaEnd = num - 1;
+    setting.breaks.clear();
     return true;
 }
 
 double* AxisData::getInSettingData(qint64 index, qint64* num)
 {
-    if (!m_inSetting || !m_setting.samples)
-        return nullptr;
-    const qint64 span = m_setting.areaEnd - m_setting.areaBegin;
-    if (index < 0 || index > span)
-        return nullptr;
-    if (num)
-        *num = span - index + 1;
-    return m_setting.samples.get() + m_setting.areaBegin + index;
+    return m_data->inSetting ? m_data->setting.at(index, num) : nullptr;
 }
 
 bool AxisData::setInSettingDataArea(qint64 begin, qint64 end)
 {
-    if (!m_inSetting || !m_setting.samples)
-        return false;
-    if (begin < 0 || end >= m_setting.count || end < begin)
-        return false;
-    m_setting.areaBegin = begin;
-    m_setting.areaEnd = end;
-    return true;
+    return m_data->inSetting && m_data->setting.setArea(begin, end);
 }
 
 bool AxisData::setInSettingBreaks(const std::set<qint64>& breaks)
 {
-    if (!m_inSetting || !m_setting.samples)
+    AxisBuffer& setting = m_data->setting;
+    if (!m_data->inSetting || !setting.samples)
         return false;
     // The set is ordered, so its ends bound every element.
-    if (!breaks.empty() && (*breaks.begin() < 0 || *breaks.rbegin() > m_setting.count - 1))
+    if (!breaks.empty() && (*breaks.begin() < 0 || *breaks.rbegin() > setting.count - 1))
         return false;
-    m_setting.breaks = breaks;
-    m_setting.breaks.erase(m_setting.count - 1);
+    setting.breaks = breaks;
+    setting.breaks.erase(setting.count - 1);
     return true;
 }
 
 void AxisData::endSetData(bool apply)
 {
-    if (!m_inSetting)
+    if (!m_data->inSetting)
         return;
-    m_inSetting = false;
+    m_data->inSetting = false;
+    AxisBuffer& setting = m_data->setting;
+    AxisBuffer& published = m_data->published;
 
     if (!apply) {
-        m_setting.clear();
+        setting.clear();
         return;
     }
 
-    const bool areaChanged = m_published.areaBegin != m_setting.areaBegin
-                             || m_published.areaEnd != m_setting.areaEnd;
+    const bool areaChanged = published.areaBegin != setting.areaBegin
+                             || published.areaEnd != setting.areaEnd;
     // Identity, not contents: a freshly allocated block always differs.
-    const bool dataChanged = m_published.samples.get() != m_setting.samples.get()
-                             || m_published.breaks != m_setting.breaks;
+    const bool dataChanged = published.samples.get() != setting.samples.get()
+                             || published.breaks != setting.breaks;
 
-    m_published.samples = std::move(m_setting.samples);
-    m_published.count = m_setting.count;
-    m_published.areaBegin = m_setting.areaBegin;
-    m_published.areaEnd = m_setting.areaEnd;
-    m_published.breaks.swap(m_setting.breaks);
-    m_setting.clear();
-    m_limits.known = false;
+    published.samples = std::move(setting.samples);
+    published.count = setting.count;
+    published.areaBegin = setting.areaBegin;
+    published.areaEnd = setting.areaEnd;
+    published.breaks.swap(setting.breaks);
+    setting.clear();
+    m_data->limits.known = false;
 
     if (areaChanged)
         emit sgAreaChanged();
@@ -127,62 +178,55 @@ void AxisData::endSetData(bool apply)
 
 const double* AxisData::getData(qint64 index, qint64* num) const
 {
-    if (!m_published.samples)
-        return nullptr;
-    const qint64 span = m_published.areaEnd - m_published.areaBegin;
-    if (index < 0 || index > span)
-        return nullptr;
-    if (num)
-        *num = span - index + 1;
-    return m_published.samples.get() + m_published.areaBegin + index;
+    return m_data->published.at(index, num);
 }
 
 qint64 AxisData::getArea(qint64* begin, qint64* end) const
 {
+    const AxisBuffer& published = m_data->published;
     if (begin)
-        *begin = m_published.areaBegin;
+        *begin = published.areaBegin;
     if (end)
-        *end = m_published.areaEnd;
-    if (!m_published.samples)
+        *end = published.areaEnd;
+    if (!published.samples)
         return 0;
-    return m_published.areaEnd - m_published.areaBegin + 1;
+    return published.areaEnd - published.areaBegin + 1;
 }
 
 bool AxisData::setArea(qint64 begin, qint64 end)
 {
-    if (!m_published.samples)
+    if (!m_data->published.setArea(begin, end))
         return false;
-    if (begin < 0 || end >= m_published.count || end < begin)
-        return false;
-    m_published.areaBegin = begin;
-    m_published.areaEnd = end;
-    m_limits.known = false;
+    m_data->limits.known = false;
     emit sgAreaChanged();
     return true;
 }
 
 void AxisData::clearArea()
 {
-    if (m_published.count == 0)
+    AxisBuffer& published = m_data->published;
+    if (published.count == 0)
         return;
-    if (m_published.areaBegin == 0 && m_published.areaEnd == m_published.count - 1)
+    if (published.areaBegin == 0 && published.areaEnd == published.count - 1)
         return;
-    m_published.areaBegin = 0;
-    m_published.areaEnd = m_published.count - 1;
-    m_limits.known = false;
+    published.areaBegin = 0;
+    published.areaEnd = published.count - 1;
+    m_data->limits.known = false;
     emit sgAreaChanged();
 }
 
 bool AxisData::getDataLimits(double& minValue, double& maxValue) const
 {
-    if (!m_published.samples)
+    const AxisBuffer& published = m_data->published;
+    Limits& limits = m_data->limits;
+    if (!published.samples)
         return false;
-    if (!m_limits.known) {
+    if (!limits.known) {
         double lo = std::numeric_limits<double>::max();
         double hi = -std::numeric_limits<double>::max();
         bool found = false;
-        const double* p = m_published.samples.get() + m_published.areaBegin;
-        const double* const last = m_published.samples.get() + m_published.areaEnd;
+        const double* p = published.samples.get() + published.areaBegin;
+        const double* const last = published.samples.get() + published.areaEnd;
         for (; p <= last; ++p) {
             const double v = *p;
             if (std::isnan(v))
@@ -193,22 +237,23 @@ bool AxisData::getDataLimits(double& minValue, double& maxValue) const
                 hi = v;
             found = true;
         }
-        m_limits = Limits{true, found, lo, hi};
+        limits = Limits{true, found, lo, hi};
     }
-    minValue = m_limits.minValue;
-    maxValue = m_limits.maxValue;
-    return m_limits.found;
+    minValue = limits.minValue;
+    maxValue = limits.maxValue;
+    return limits.found;
 }
 
 void AxisData::getBreakInfo(std::set<qint64>& breaks) const
 {
-    if (!m_published.samples)
+    const AxisBuffer& published = m_data->published;
+    if (!published.samples)
         return;
-    const qint64 span = m_published.areaEnd - m_published.areaBegin;
+    const qint64 span = published.areaEnd - published.areaBegin;
     // Breaks before the area are skipped by seeking, not walked one by one.
-    for (auto it = m_published.breaks.lower_bound(m_published.areaBegin);
-         it != m_published.breaks.end(); ++it) {
-        const qint64 r = *it - m_published.areaBegin;
+    for (auto it = published.breaks.lower_bound(published.areaBegin);
+         it != published.breaks.end(); ++it) {
+        const qint64 r = *it - published.areaBegin;
         if (r >= span)
             break;
         breaks.insert(breaks.end(), r);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_AXISDATA_H
 #define GNSSPLOT_AXISDATA_H
 
@@ -104,30 +105,10 @@ signals:
     void sgDataChanged();
 
 private:
-    struct AxisBuffer
-    {
-        std::unique_ptr<double[]> samples;
-        qint64 count = 0;
-        qint64 areaBegin = -1;
-        qint64 areaEnd = -1;
-        std::set<qint64> breaks;
-
-        void clear();
-    };
-
-    AxisBuffer m_published;
-    // Limits of the published area, worked out on first request: a view
-    // asks for them on every zoom step, the samples change far more rarely.
-    struct Limits
-    {
-        bool known = false;
-        bool found = false;
-        double minValue = 0.0;
-        double maxValue = 0.0;
-    };
-    mutable Limits m_limits;
-    bool m_inSetting = false;
-    AxisBuffer m_setting;
+    class PrivateData;
+    // All state lives here, so that a later release can add to it without
+    // changing the size of the class.
+    const std::unique_ptr<PrivateData> m_data;
 
     Q_DISABLE_COPY(AxisData)
 };

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVE_COORD_XY_H
 #define GNSSPLOT_CURVE_COORD_XY_H
 
@@ -20,6 +21,8 @@ class GNSSPLOT_EXPORT Curve_Coord_XY : public Curve_Coord
 public:
     /*! Creates a coordinate with the widest area and a set counter of 0. */
     explicit Curve_Coord_XY(QObject* parent = nullptr);
+    /*! Destroys the coordinate object. Emits nothing. */
+    ~Curve_Coord_XY() override;
 
     /*! Takes the area, counts it and emits sgCoordAreaChanged(). Refused
         (\c false, nothing changes, no signal) when \a xMin >= \a xMax or
@@ -41,11 +44,12 @@ public:
              double* pixelXs, double* pixelYs, bool bYDown) const;
 
 private:
-    double m_xMin;
-    double m_xMax;
-    double m_yMin;
-    double m_yMax;
-    int m_setNumber = 0;
+    class PrivateData;
+    // All state lives here, so that a later release can add to it without
+    // changing the size of the class.
+    const std::unique_ptr<PrivateData> m_data;
+
+    Q_DISABLE_COPY(Curve_Coord_XY)
 };
 
 #endif // GNSSPLOT_CURVE_COORD_XY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Curve_DataSet.h"
 #include "Curve_DataSet_XY.h"
 
@@ -5,8 +6,15 @@
 
 #include <utility>
 
+class Curve_DataSet::PrivateData
+{
+public:
+    QMap<int, AxisData*> axisMap;
+};
+
 Curve_DataSet::Curve_DataSet(QObject* parent)
     : QObject(parent)
+    , m_data(new PrivateData)
 {
 }
 
@@ -14,51 +22,61 @@ Curve_DataSet::~Curve_DataSet()
 {
     // Take the map first so that nothing reached from an axis's destruction
     // can see a half-deleted set of axes.
-    const QMap<int, AxisData*> axes = std::exchange(m_axisMap, {});
+    const QMap<int, AxisData*> axes = std::exchange(m_data->axisMap, {});
     for (AxisData* axis : axes)
         delete axis;
 }
 
+QMap<int, AxisData*>& Curve_DataSet::axisMap()
+{
+    return m_data->axisMap;
+}
+
+const QMap<int, AxisData*>& Curve_DataSet::axisMap() const
+{
+    return m_data->axisMap;
+}
+
 AxisData* Curve_DataSet::getAxisData(int userType)
 {
-    return m_axisMap.value(userType, nullptr);
+    return m_data->axisMap.value(userType, nullptr);
 }
 
 const AxisData* Curve_DataSet::getAxisData(int userType) const
 {
-    return m_axisMap.value(userType, nullptr);
+    return m_data->axisMap.value(userType, nullptr);
 }
 
 int Curve_DataSet::getAxisNum() const
 {
-    return m_axisMap.size();
+    return m_data->axisMap.size();
 }
 
 void Curve_DataSet::getAxisBreakInfo(int userType, std::set<qint64>& breaks) const
 {
-    if (const AxisData* axis = m_axisMap.value(userType, nullptr))
+    if (const AxisData* axis = m_data->axisMap.value(userType, nullptr))
         axis->getBreakInfo(breaks);
 }
 
 void Curve_DataSet::getFirstAxisBreakInfo(std::set<qint64>& breaks) const
 {
-    if (!m_axisMap.isEmpty())
-        m_axisMap.first()->getBreakInfo(breaks);
+    if (!m_data->axisMap.isEmpty())
+        m_data->axisMap.first()->getBreakInfo(breaks);
 }
 
 void Curve_DataSet::bindAxises()
 {
-    for (AxisData* axis : qAsConst(m_axisMap)) {
-        connect(axis, SIGNAL(sgAreaChanged()), this, SLOT(onAxisAreaChanged()),
+    for (AxisData* axis : std::as_const(m_data->axisMap)) {
+        connect(axis, &AxisData::sgAreaChanged, this, &Curve_DataSet::onAxisAreaChanged,
                 Qt::UniqueConnection);
-        connect(axis, SIGNAL(sgDataChanged()), this, SLOT(onAxisDataChanged()),
+        connect(axis, &AxisData::sgDataChanged, this, &Curve_DataSet::onAxisDataChanged,
                 Qt::UniqueConnection);
     }
 }
 
 int Curve_DataSet::keyOf(const AxisData* axis) const
 {
-    for (auto it = m_axisMap.cbegin(); it != m_axisMap.cend(); ++it) {
+    for (auto it = m_data->axisMap.cbegin(); it != m_data->axisMap.cend(); ++it) {
         if (it.value() == axis)
             return it.key();
     }
@@ -77,10 +95,17 @@ void Curve_DataSet::onAxisDataChanged()
         emit sgAxisDataChanged(keyOf(axis));
 }
 
+class Curve_DataSet_XY::PrivateData
+{
+};
+
 Curve_DataSet_XY::Curve_DataSet_XY(int yAxisNum, QObject* parent)
     : Curve_DataSet(parent)
+    , m_data(new PrivateData)
 {
     for (int key = 0; key <= qMax(0, yAxisNum); ++key)
-        m_axisMap.insert(key, new AxisData);
+        axisMap().insert(key, new AxisData);
     bindAxises();
 }
+
+Curve_DataSet_XY::~Curve_DataSet_XY() = default;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVE_DATASET_H
 #define GNSSPLOT_CURVE_DATASET_H
 
@@ -6,6 +7,7 @@
 #include <QMap>
 #include <QObject>
 
+#include <memory>
 #include <set>
 
 class AxisData;
@@ -66,11 +68,20 @@ protected slots:
     void onAxisDataChanged();
 
 protected:
-    /*! The axes by ascending key; derived classes fill it. Owned. */
-    QMap<int, AxisData*> m_axisMap;
+    /*! The axes by ascending key; derived classes fill it from their
+        constructor and call bindAxises() afterwards. The data set owns every
+        axis in it. */
+    QMap<int, AxisData*>& axisMap();
+    /*! Read-only overload of axisMap(). */
+    const QMap<int, AxisData*>& axisMap() const;
 
 private:
     int keyOf(const AxisData* axis) const;
+
+    class PrivateData;
+    // All state lives here, so that a later release can add to it without
+    // changing the size of the class.
+    const std::unique_ptr<PrivateData> m_data;
 
     Q_DISABLE_COPY(Curve_DataSet)
 };

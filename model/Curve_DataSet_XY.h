@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVE_DATASET_XY_H
 #define GNSSPLOT_CURVE_DATASET_XY_H
 
@@ -18,6 +19,15 @@ public:
     /*! Creates the X axis and \a yAxisNum Y axes, all empty. With
         \a yAxisNum <= 0 only the X axis exists. */
     explicit Curve_DataSet_XY(int yAxisNum, QObject* parent = nullptr);
+    /*! Deletes the axes (see Curve_DataSet). */
+    ~Curve_DataSet_XY() override;
+
+private:
+    class PrivateData;
+    // Empty for now: it keeps the class's size when a release adds state.
+    const std::unique_ptr<PrivateData> m_data;
+
+    Q_DISABLE_COPY(Curve_DataSet_XY)
 };
 
 #endif // GNSSPLOT_CURVE_DATASET_XY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveScene.h"
 
 #include "AxisData.h"
@@ -5,6 +6,7 @@
 #include "Curve_DataSet_XY.h"
 
 #include <limits>
+#include <set>
 #include <utility>
 
 namespace {
@@ -26,52 +28,62 @@ bool foldAxisLimits(const AxisData* axis, double& lo, double& hi)
 
 } // namespace
 
+class CurveScene::PrivateData
+{
+public:
+    Curve_Coord* coord = nullptr;
+    bool coordAutoDelete = true;
+    QMap<QString, CurveEntry> curves;
+    std::set<QString> callerOwnedNames;
+};
+
 CurveScene::CurveScene(QObject* parent)
     : QObject(parent)
+    , m_data(new PrivateData)
 {
 }
 
 CurveScene::~CurveScene()
 {
-    if (m_coord && m_coordAutoDelete)
-        delete std::exchange(m_coord, nullptr);
-    const QMap<QString, CurveEntry> curves = std::exchange(m_curves, {});
+    if (m_data->coord && m_data->coordAutoDelete)
+        delete std::exchange(m_data->coord, nullptr);
+    const QMap<QString, CurveEntry> curves = std::exchange(m_data->curves, {});
     for (auto it = curves.cbegin(); it != curves.cend(); ++it) {
-        if (m_callerOwnedNames.count(it.key()) == 0)
+        if (m_data->callerOwnedNames.count(it.key()) == 0)
             delete it.value().dataSet;
     }
-    m_callerOwnedNames.clear();
+    m_data->callerOwnedNames.clear();
 }
 
 bool CurveScene::addCurve(const QString& curveName, Curve_DataSet* dataSet, bool bAutoDelete,
                           const QColor& color, ECurveShowCap cap, bool bVisible)
 {
-    if (!dataSet || m_curves.contains(curveName))
+    if (!dataSet || m_data->curves.contains(curveName))
         return false;
-    for (const CurveEntry& entry : qAsConst(m_curves)) {
+    for (const CurveEntry& entry : std::as_const(m_data->curves)) {
         if (entry.dataSet == dataSet)
             return false;
     }
-    m_curves.insert(curveName, CurveEntry{dataSet, color, cap, bVisible});
+    m_data->curves.insert(curveName, CurveEntry{dataSet, color, cap, bVisible});
     if (!bAutoDelete)
-        m_callerOwnedNames.insert(curveName);
+        m_data->callerOwnedNames.insert(curveName);
     emit sgCurveAdded(curveName);
     return true;
 }
 
 void CurveScene::releaseDataSet(const QString& curveName, Curve_DataSet* dataSet)
 {
-    if (m_callerOwnedNames.erase(curveName) == 0)
+    if (m_data->callerOwnedNames.erase(curveName) == 0)
         delete dataSet;
 }
 
 void CurveScene::removeCurve(const QString& curveName)
 {
-    const auto it = m_curves.find(curveName);
-    if (it == m_curves.end())
+    const auto it = m_data->curves.find(curveName);
+    if (it == m_data->curves.end())
         return;
     Curve_DataSet* dataSet = it.value().dataSet;
-    m_curves.erase(it);
+    m_data->curves.erase(it);
     // The name is copied: the caller's reference may point into the entry
     // that is being dropped.
     const QString name = curveName;
@@ -84,11 +96,11 @@ void CurveScene::removeAllCurves()
     // Each entry leaves the map before its data set is released and its
     // signal sent, so a receiver that looks the name up finds nothing rather
     // than a destroyed data set.
-    while (!m_curves.isEmpty()) {
-        const auto it = m_curves.begin();
+    while (!m_data->curves.isEmpty()) {
+        const auto it = m_data->curves.begin();
         const QString name = it.key();
         Curve_DataSet* dataSet = it.value().dataSet;
-        m_curves.erase(it);
+        m_data->curves.erase(it);
         releaseDataSet(name, dataSet);
         emit sgCurveRemoved(name);
     }
@@ -96,36 +108,36 @@ void CurveScene::removeAllCurves()
 
 const Curve_DataSet* CurveScene::getCurve(const QString& curveName) const
 {
-    const auto it = m_curves.constFind(curveName);
-    return it == m_curves.cend() ? nullptr : it.value().dataSet;
+    const auto it = m_data->curves.constFind(curveName);
+    return it == m_data->curves.cend() ? nullptr : it.value().dataSet;
 }
 
 void CurveScene::getCurves(QMap<QString, const Curve_DataSet*>& curves) const
 {
     curves.clear();
-    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it)
+    for (auto it = m_data->curves.cbegin(); it != m_data->curves.cend(); ++it)
         curves.insert(it.key(), it.value().dataSet);
 }
 
 ECurveShowCap CurveScene::getCurveShowParam_cap(const QString& curveName) const
 {
-    return m_curves.value(curveName).cap;
+    return m_data->curves.value(curveName).cap;
 }
 
 QColor CurveScene::getCurveShowParam_color(const QString& curveName) const
 {
-    return m_curves.value(curveName).color;
+    return m_data->curves.value(curveName).color;
 }
 
 bool CurveScene::getCurveShowParam_visible(const QString& curveName) const
 {
-    return m_curves.value(curveName).visible;
+    return m_data->curves.value(curveName).visible;
 }
 
 void CurveScene::setCurveShowParam_cap(const QString& curveName, ECurveShowCap cap)
 {
-    const auto it = m_curves.find(curveName);
-    if (it == m_curves.end() || it.value().cap == cap)
+    const auto it = m_data->curves.find(curveName);
+    if (it == m_data->curves.end() || it.value().cap == cap)
         return;
     it.value().cap = cap;
     emit sgCurveShowParamChanged(curveName);
@@ -133,8 +145,8 @@ void CurveScene::setCurveShowParam_cap(const QString& curveName, ECurveShowCap c
 
 void CurveScene::setCurveShowParam_color(const QString& curveName, const QColor& color)
 {
-    const auto it = m_curves.find(curveName);
-    if (it == m_curves.end() || it.value().color == color)
+    const auto it = m_data->curves.find(curveName);
+    if (it == m_data->curves.end() || it.value().color == color)
         return;
     it.value().color = color;
     emit sgCurveShowParamChanged(curveName);
@@ -142,8 +154,8 @@ void CurveScene::setCurveShowParam_color(const QString& curveName, const QColor&
 
 void CurveScene::setCurveShowParam_visible(const QString& curveName, bool bVisible)
 {
-    const auto it = m_curves.find(curveName);
-    if (it == m_curves.end() || it.value().visible == bVisible)
+    const auto it = m_data->curves.find(curveName);
+    if (it == m_data->curves.end() || it.value().visible == bVisible)
         return;
     it.value().visible = bVisible;
     emit sgCurveShowParamChanged(curveName);
@@ -151,43 +163,43 @@ void CurveScene::setCurveShowParam_visible(const QString& curveName, bool bVisib
 
 void CurveScene::setCurveSingleShow(const QString& curveName, bool bSingle)
 {
-    if (m_curves.contains(curveName))
+    if (m_data->curves.contains(curveName))
         emit sgCurveSingleShow(curveName, bSingle);
 }
 
 void CurveScene::setCoord(Curve_Coord* coord, bool bAutoDelete)
 {
-    if (coord == m_coord)
+    if (coord == m_data->coord)
         return;
-    if (m_coord && m_coordAutoDelete)
-        delete m_coord;
-    m_coord = coord;
-    m_coordAutoDelete = bAutoDelete;
+    if (m_data->coord && m_data->coordAutoDelete)
+        delete m_data->coord;
+    m_data->coord = coord;
+    m_data->coordAutoDelete = bAutoDelete;
     emit sgLocalCoordChanged();
 }
 
 Curve_Coord* CurveScene::getCoord_Local()
 {
-    return m_coord;
+    return m_data->coord;
 }
 
 const Curve_Coord* CurveScene::getCoord_Local() const
 {
-    return m_coord;
+    return m_data->coord;
 }
 
 bool CurveScene::getAreaLimits(double& xMin, double& xMax, double& yMin, double& yMax) const
 {
-    if (m_curves.isEmpty())
+    if (m_data->curves.isEmpty())
         return false;
-    for (const CurveEntry& entry : m_curves) {
+    for (const CurveEntry& entry : std::as_const(m_data->curves)) {
         if (!qobject_cast<const Curve_DataSet_XY*>(entry.dataSet))
             return false;
     }
 
     xMin = yMin = std::numeric_limits<double>::max();
     xMax = yMax = -std::numeric_limits<double>::max();
-    for (const CurveEntry& entry : m_curves) {
+    for (const CurveEntry& entry : std::as_const(m_data->curves)) {
         const Curve_DataSet* dataSet = entry.dataSet;
         if (!foldAxisLimits(dataSet->getAxisData(0), xMin, xMax))
             return false;

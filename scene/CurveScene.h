@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_CURVESCENE_H
 #define GNSSPLOT_CURVESCENE_H
 
@@ -8,7 +9,7 @@
 #include <QObject>
 #include <QString>
 
-#include <set>
+#include <memory>
 
 class Curve_Coord;
 class Curve_DataSet;
@@ -126,10 +127,10 @@ signals:
 private:
     void releaseDataSet(const QString& curveName, Curve_DataSet* dataSet);
 
-    Curve_Coord* m_coord = nullptr;
-    bool m_coordAutoDelete = true;
-    QMap<QString, CurveEntry> m_curves;
-    std::set<QString> m_callerOwnedNames;
+    class PrivateData;
+    // All state lives here, so that a later release can add to it without
+    // changing the size of the class.
+    const std::unique_ptr<PrivateData> m_data;
 
     Q_DISABLE_COPY(CurveScene)
 };

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The smallest useful host: one curve in a CurveGraphicsView above one
 // satellite in the epoch table, and the user's erase marks read back.
 #include <gnssplot.h>

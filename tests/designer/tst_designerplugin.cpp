@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QPluginLoader>
 #include <QtTest>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>

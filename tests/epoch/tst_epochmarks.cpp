@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drag-to-mark and the erase-mark context menu, driven by real
 // mouse and context-menu events on a shown table.
 
@@ -122,7 +123,8 @@ void tst_EpochMarks::dragToMark()
     QTest::mousePress(table->viewport(), Qt::LeftButton, {}, press);
     QTest::mouseMove(table->viewport(), release);
     // Every row outlines the drag.
-    const QRect outline = QRect(press, release).normalized().adjusted(0, 0, -1, -1);
+    const QRect outline(QPoint(qMin(press.x(), release.x()), qMin(press.y(), release.y())),
+                        QSize(qAbs(release.x() - press.x()), qAbs(release.y() - press.y())));
     for (int row = 1; row <= 5; ++row)
         QCOMPARE(label(row)->getDragRect(), outline);
     QTest::mouseRelease(table->viewport(), Qt::LeftButton, {}, release);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixels of the epoch bars, erase marks, drag outline and legend.
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "EpochLabel_p.h"
@@ -31,6 +32,7 @@ private slots:
     void bars_data();
     void bars();
     void bandRowsAndGrey();
+    void extraPaletteEntries();
     void crossedMarkBox();
     void legendSwatches();
 };
@@ -96,6 +98,29 @@ void tst_EpochPaint::bandRowsAndGrey()
         }
     }
     QCOMPARE(epochGreyPalette().at(0), QColor(205, 205, 205));
+}
+
+// Entries past the fixed six are the colours Qt 5's qsrand()/qrand() gave
+// after the seeds d + k, 2d + k and 3d + k (d entries added, k-th of them);
+// they must not change with the Qt version. The palettes are process-wide
+// and only grow, so the steps run in order: 7 entries (d = 1), then 9 (d = 2).
+void tst_EpochPaint::extraPaletteEntries()
+{
+    ensureEpochPalettes(6);
+    QVERIFY(epochColourPalette().size() >= 6);
+    if (epochColourPalette().size() != 6 || epochGreyPalette().size() != 6)
+        QSKIP("the palettes grew earlier in this process");
+    ensureEpochPalettes(7);
+    QCOMPARE(epochColourPalette().at(6), QColor(143, 30, 173));
+    QCOMPARE(epochGreyPalette().at(6), QColor(80, 80, 173));
+    ensureEpochPalettes(9);
+    QCOMPARE(epochColourPalette().size(), 9);
+    QCOMPARE(epochColourPalette().at(7), QColor(30, 60, 90));
+    QCOMPARE(epochColourPalette().at(8), QColor(173, 203, 233));
+    QCOMPARE(epochGreyPalette().at(7), QColor(80, 80, 90));
+    QCOMPARE(epochGreyPalette().at(8), QColor(80, 80, 233));
+    ensureEpochPalettes(8);
+    QCOMPARE(epochColourPalette().size(), 9);
 }
 
 void tst_EpochPaint::crossedMarkBox()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Preloaded marks and satellite selection of the epoch table. Action
 // counts, silence of setResources and one signal per check-box click are
 // checked call by call in tests/fuzz.

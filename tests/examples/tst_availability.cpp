@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Availability pairs as the epoch table draws them: a bar between
 // consecutive pairs and after the last one, nothing before the end of the
 // first.

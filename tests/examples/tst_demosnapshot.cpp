@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the demo's --snapshot mode as a user would and checks what it wrote:
 // the pictures' sizes and colours and the summary, against counts made here
 // from the data layer and from the independent statistics of the shared files.

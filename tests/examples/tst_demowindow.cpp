@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Starts the demo in a real window on a virtual X server, drags an erase
 // mark over several satellite rows with real mouse events (xdotool), clicks
 // Apply, and checks from the demo's --report lines that the host read the

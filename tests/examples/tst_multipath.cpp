@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Code multipath: zero-mean arcs with sane magnitudes on real and synthetic
 // days.
 #include "Multipath.h"

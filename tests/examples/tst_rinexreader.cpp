@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The RINEX reader against the real files' independently derived facts and
 // against malformed input.
 #include "RinexReader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The built-in synthetic day: constellations, passes, signals, and that the
 // same seed gives the very same numbers.
 #include "SyntheticSource.h"

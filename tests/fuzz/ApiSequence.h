@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSPLOT_TESTS_APISEQUENCE_H
 #define GNSSPLOT_TESTS_APISEQUENCE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libFuzzer entry point for the randomized call-sequence harness. Any
 // violated promise or sanitizer report aborts the run with the input kept.
 #include "ApiSequence.h"

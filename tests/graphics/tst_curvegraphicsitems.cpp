@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The frame and curve items on their own: geometry and run cutting.
 
 #include "graphicstestsupport.h"
@@ -25,7 +26,7 @@ void tst_CurveGraphicsItems::frameGeometry()
 {
     Curve_Coord_XY coord;
     CurveGraphicsItem_Coord_PXPY frame(&coord, nullptr);
-    QSignalSpy spy(&frame, SIGNAL(sgDataAreaChanged(double,double)));
+    QSignalSpy spy(&frame, &CurveGraphicsItem_Coord_PXPY::sgDataAreaChanged);
     frame.setPixelSize(800, 540);
     QCOMPARE(frame.boundingRect(), QRectF(-80, -500, 800, 540));
     QCOMPARE(frame.getShowWhichY()->pos(), QPointF(-70, -480));

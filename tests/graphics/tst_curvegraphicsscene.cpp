@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tick labels of the scene's frame, and drawing into a pixmap.
 
 #include "graphicstestsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The view on screen: what a person sees, clicking the Y-selection and
 // zooming with the wheel.
 
@@ -60,7 +61,7 @@ void tst_CurveGraphicsView::shownPixels()
     PIXEL_VERIFY(!gt::anyNear(image, at(50, -0.5), 3, gt::isBluish), image, name);
 
     // "F 2" shows the second Y axis; a second click hides it again.
-    QSignalSpy spy(selection, SIGNAL(selectionChanged()));
+    QSignalSpy spy(selection, &CurveGraphicsItem_ShowWhichY::selectionChanged);
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, box(1));
     image = grab();
     name = QStringLiteral("view_f2");
@@ -84,6 +85,14 @@ void tst_CurveGraphicsView::wheelZoom_data()
     QTest::newRow("backward") << QPoint(0, -120) << 0.85 << 60;
     QTest::newRow("zero delta counts backward") << QPoint(0, 0) << 0.85 << 60;
     QTest::newRow("horizontal wheel only") << QPoint(120, 0) << 1.15 << 21;
+    // Mixed deltas: the component of larger magnitude decides, the vertical
+    // one on a tie.
+    QTest::newRow("horizontal dominates backward") << QPoint(-200, 120) << 0.85 << 60;
+    QTest::newRow("horizontal dominates forward") << QPoint(121, -120) << 1.15 << 21;
+    QTest::newRow("vertical dominates backward") << QPoint(60, -120) << 0.85 << 60;
+    QTest::newRow("vertical dominates forward") << QPoint(-119, 120) << 1.15 << 21;
+    QTest::newRow("tie goes to vertical backward") << QPoint(120, -120) << 0.85 << 60;
+    QTest::newRow("tie goes to vertical forward") << QPoint(-120, 120) << 1.15 << 21;
 }
 
 void tst_CurveGraphicsView::wheelZoom()

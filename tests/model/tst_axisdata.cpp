@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "AxisData.h"
 
 #include <QSignalSpy>

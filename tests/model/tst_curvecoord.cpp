@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Curve_Coord_XY.h"
 
 #include <QSignalSpy>

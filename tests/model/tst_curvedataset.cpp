@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graphics/graphicstestsupport.h"
 
 #include <QPointer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graphics/graphicstestsupport.h"
 
 #include "CurveGraphicsItem_Coord_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "AxisData.h"
 #include "CurveGraphicsScene.h"
 #include "CurveGraphicsTableWidget_Epoch.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DemoDocument.h"
 
 #include "Availability.h"
@@ -64,7 +65,7 @@ bool DemoDocument::forEachSatellite(
     // more than a handful of satellites at once.
     constexpr int kSlots = 4;
     const int count = satelliteCount();
-    std::vector<PreparedSatellite> slots(kSlots);
+    std::vector<PreparedSatellite> ring(kSlots); // "slots" is a Qt keyword
     std::mutex mutex;
     std::condition_variable changed;
     int produced = 0;  // satellites prepared so far
@@ -80,7 +81,7 @@ bool DemoDocument::forEachSatellite(
                 if (stop)
                     return;
             }
-            PreparedSatellite& slot = slots[size_t(i % kSlots)];
+            PreparedSatellite& slot = ring[size_t(i % kSlots)];
             bool ok = true;
             try {
                 slot.index = i;
@@ -116,7 +117,7 @@ bool DemoDocument::forEachSatellite(
             if (produced <= i)
                 break;
         }
-        const bool goOn = consume(slots[size_t(i % kSlots)]);
+        const bool goOn = consume(ring[size_t(i % kSlots)]);
         std::lock_guard<std::mutex> lock(mutex);
         consumed = i + 1;
         if (!goOn)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_DEMODOCUMENT_H
 #define GNSSDEMO_DEMODOCUMENT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DemoWindow.h"
 
 #include "DemoTexts.h"
@@ -129,17 +130,23 @@ DemoWindow::~DemoWindow() = default;
 void DemoWindow::buildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    QAction* open = file->addAction(tr("&Open RINEX file..."), this,
-                                    &DemoWindow::openRinexDialog, QKeySequence::Open);
-    QAction* synthetic = file->addAction(tr("&Synthetic day"), this,
-                                         &DemoWindow::loadSynthetic);
+    // Each action is made, then connected: the one addAction() overload that
+    // connects as well has its arguments in a different order in Qt 6.
+    QAction* open = file->addAction(tr("&Open RINEX file..."));
+    open->setShortcut(QKeySequence::Open);
+    connect(open, &QAction::triggered, this, &DemoWindow::openRinexDialog);
+    QAction* synthetic = file->addAction(tr("&Synthetic day"));
+    connect(synthetic, &QAction::triggered, this, &DemoWindow::loadSynthetic);
     file->addSeparator();
-    QAction* saveCurve = file->addAction(tr("Save &curve picture..."), this,
-                                         [this] { saveCurvePicture(m_panel->pictureSatellite()); });
-    QAction* saveBars = file->addAction(tr("Save table &bars picture..."), this,
-                                        &DemoWindow::saveBarsPicture);
+    QAction* saveCurve = file->addAction(tr("Save &curve picture..."));
+    connect(saveCurve, &QAction::triggered, this,
+            [this] { saveCurvePicture(m_panel->pictureSatellite()); });
+    QAction* saveBars = file->addAction(tr("Save table &bars picture..."));
+    connect(saveBars, &QAction::triggered, this, &DemoWindow::saveBarsPicture);
     file->addSeparator();
-    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    QAction* quit = file->addAction(tr("&Quit"));
+    quit->setShortcut(QKeySequence::Quit);
+    connect(quit, &QAction::triggered, this, &QWidget::close);
 
     QToolBar* tools = addToolBar(tr("Main"));
     tools->setMovable(false);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_DEMOWINDOW_H
 #define GNSSDEMO_DEMOWINDOW_H
 

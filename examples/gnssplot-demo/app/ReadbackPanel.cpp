@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ReadbackPanel.h"
 
 #include "DemoTexts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_READBACKPANEL_H
 #define GNSSDEMO_READBACKPANEL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The demo host application: multipath curves and the epoch table of the
 // built-in synthetic day or of a RINEX observation file.
 #include "DemoHost.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Timings of the demo host on its real workloads: loading and showing a whole
 // day (the synthetic 1 Hz day and the 30 s AJAC file), and one wheel step
 // with every curve shown. Run offscreen; wall-clock milliseconds.

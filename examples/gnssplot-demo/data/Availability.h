@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_AVAILABILITY_H
 #define GNSSDEMO_AVAILABILITY_H
 

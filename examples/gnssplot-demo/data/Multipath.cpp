@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Multipath.h"
 
 #include <AxisData.h>

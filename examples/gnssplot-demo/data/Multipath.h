@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_MULTIPATH_H
 #define GNSSDEMO_MULTIPATH_H
 

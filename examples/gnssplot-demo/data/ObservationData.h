@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_OBSERVATIONDATA_H
 #define GNSSDEMO_OBSERVATIONDATA_H
 

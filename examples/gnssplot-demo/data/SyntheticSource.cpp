@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SyntheticSource.h"
 
 #include <algorithm>

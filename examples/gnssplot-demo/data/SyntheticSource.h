@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_SYNTHETICSOURCE_H
 #define GNSSDEMO_SYNTHETICSOURCE_H
 

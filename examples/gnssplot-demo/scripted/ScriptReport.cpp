@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ScriptReport.h"
 
 #include "DemoHost.h"

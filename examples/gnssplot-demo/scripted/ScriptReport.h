@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_SCRIPTREPORT_H
 #define GNSSDEMO_SCRIPTREPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_SNAPSHOT_H
 #define GNSSDEMO_SNAPSHOT_H
 

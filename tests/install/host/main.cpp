@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A minimal host: fills an axis in place, publishes it, registers the curve
 // and reads the limits back, all through the installed package.
 #include <gnssplot.h>
