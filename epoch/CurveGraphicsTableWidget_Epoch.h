@@ -49,14 +49,12 @@ class QWheelEvent;
 
     With timeNavigationEnabled (off by default) the bars can show a window of
     the epoch range instead of all of it:
-    \list
-    \li Ctrl+wheel zooms about the cursor: the epoch under it stays put.
-    \li Shift+wheel, a horizontal wheel or a drag with the middle button pans.
-    \li A double-click with the left button on the bars, or the Home key,
-        returns to the whole range (resetTimeWindow()).
-    \li The plain wheel scrolls the rows as before, keeping the window; a
+    - Ctrl+wheel zooms about the cursor: the epoch under it stays put.
+    - Shift+wheel, a horizontal wheel or a drag with the middle button pans.
+    - A double-click with the left button on the bars, or the Home key,
+      returns to the whole range (resetTimeWindow()).
+    - The plain wheel scrolls the rows as before, keeping the window; a
         left (or right) drag still marks epochs.
-    \endlist
     Bars and erase marks are drawn for the window, and a drag marks the epochs
     the window shows under it, so a zoomed drag marks to the single epoch.
     Marks are stored in epochs and keep their meaning whatever the window.

@@ -625,7 +625,8 @@ void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
     const ColumnsKey key{m_source.xMin, m_source.xMax, target.m11, target.dx,
                          target.bounds.left(), target.bounds.right(), m_dataAreaWidth, count,
                          m_dataVersion};
-    if (key.xMin == m_columnsKey.xMin && key.xMax == m_columnsKey.xMax && key.m11 == m_columnsKey.m11
+    if (key.xMin == m_columnsKey.xMin && key.xMax == m_columnsKey.xMax
+        && key.m11 == m_columnsKey.m11
         && key.dx == m_columnsKey.dx && key.left == m_columnsKey.left
         && key.right == m_columnsKey.right && key.width == m_columnsKey.width
         && key.count == m_columnsKey.count && key.dataVersion == m_columnsKey.dataVersion)

@@ -70,13 +70,16 @@ protected:
     enum class Change { Data, Area };
     virtual void invalidate(Change change);
 
+public slots:
+    // Connected by the scene to the frame's data-area size.
+    void onDataAreaChanged(double w, double h);
+
 private slots:
     void onScene_coordChanged();
     void onScene_curveShowParamChanged(QString curveName);
     void onCoord_areaChanged();
     void onAxis_areaChanged(int userType);
     void onAxis_dataChanged(int userType);
-    void onDataAreaChanged(double w, double h);
 
 private:
     void rebindCoord();

@@ -84,24 +84,35 @@ QString timeSystemCaption()
 
 } // namespace
 
+class CurveGraphicsScene::PrivateData
+{
+public:
+    CurveScene* m_curveScene = nullptr;
+    QPointer<Curve_Coord> m_coord;
+    CurveGraphicsItem_Coord* m_coordItem = nullptr;
+    // Not owned: the items are the frame's children.
+    QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
+    // Optional labelling.
+    bool m_roundTimeTicks = false;
+};
+
 CurveGraphicsScene::CurveGraphicsScene(QGraphicsView* view)
     : QGraphicsScene(view)
-    , m_curveScene(nullptr)
-    , m_coord(nullptr)
-    , m_coordItem(nullptr)
+    , m_data(new PrivateData)
 {
     setSceneRect(-5000.0, -5000.0, 10000.0, 10000.0);
     setBackgroundBrush(QBrush(Qt::transparent, Qt::SolidPattern));
-    m_curveScene = new CurveScene(this);
-    connect(m_curveScene, &CurveScene::sgLocalCoordChanged, this,
+    m_data->m_curveScene = new CurveScene(this);
+    connect(m_data->m_curveScene, &CurveScene::sgLocalCoordChanged, this,
             &CurveGraphicsScene::onSgCoordChanged, Qt::UniqueConnection);
-    connect(m_curveScene, &CurveScene::sgCurveAdded, this, &CurveGraphicsScene::onSgCurveAdded,
+    connect(m_data->m_curveScene, &CurveScene::sgCurveAdded, this,
+            &CurveGraphicsScene::onSgCurveAdded,
             Qt::UniqueConnection);
-    connect(m_curveScene, &CurveScene::sgCurveRemoved, this,
+    connect(m_data->m_curveScene, &CurveScene::sgCurveRemoved, this,
             &CurveGraphicsScene::onSgCurveRemoved, Qt::UniqueConnection);
-    connect(m_curveScene, &CurveScene::sgCurveShowParamChanged, this,
+    connect(m_data->m_curveScene, &CurveScene::sgCurveShowParamChanged, this,
             &CurveGraphicsScene::onSgCurveShowParamChanged, Qt::UniqueConnection);
-    connect(m_curveScene, &CurveScene::sgCurveSingleShow, this,
+    connect(m_data->m_curveScene, &CurveScene::sgCurveSingleShow, this,
             &CurveGraphicsScene::onSgSingleShow, Qt::UniqueConnection);
     setBackgroundBrush(QBrush(QColor(255, 255, 255, 255), Qt::SolidPattern));
 }
@@ -110,92 +121,92 @@ CurveGraphicsScene::~CurveGraphicsScene()
 {
     // The registry goes first, so that its signals are gone before the items
     // that listen to them are destroyed by the base class.
-    delete m_curveScene;
-    m_curveScene = nullptr;
+    delete m_data->m_curveScene;
+    m_data->m_curveScene = nullptr;
 }
 
 CurveScene* CurveGraphicsScene::getCurveScene()
 {
-    return m_curveScene;
+    return m_data->m_curveScene;
 }
 
 QRectF CurveGraphicsScene::getCoordRect() const
 {
-    if (!m_coordItem)
+    if (!m_data->m_coordItem)
         return QRectF();
-    return m_coordItem->mapRectToScene(m_coordItem->boundingRect());
+    return m_data->m_coordItem->mapRectToScene(m_data->m_coordItem->boundingRect());
 }
 
 void CurveGraphicsScene::setCoordPixelSize(int w, int h)
 {
-    if (!m_coordItem)
+    if (!m_data->m_coordItem)
         return;
-    m_coordItem->setPixelSize(w, h);
+    m_data->m_coordItem->setPixelSize(w, h);
     // How many round ticks fit depends on the width.
-    if (m_roundTimeTicks)
+    if (m_data->m_roundTimeTicks)
         onSgCoordAreaChanged();
 }
 
 void CurveGraphicsScene::setRoundTimeTicks(bool bRound)
 {
-    if (bRound == m_roundTimeTicks)
+    if (bRound == m_data->m_roundTimeTicks)
         return;
-    m_roundTimeTicks = bRound;
+    m_data->m_roundTimeTicks = bRound;
     onSgCoordAreaChanged();
-    if (m_coordItem)
-        m_coordItem->update();
+    if (m_data->m_coordItem)
+        m_data->m_coordItem->update();
 }
 
 bool CurveGraphicsScene::hasRoundTimeTicks() const
 {
-    return m_roundTimeTicks;
+    return m_data->m_roundTimeTicks;
 }
 
 void CurveGraphicsScene::switchOffCurvesListen()
 {
-    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_data->m_curveItems))
         item->switchOffListen();
 }
 
 void CurveGraphicsScene::switchOnCurvesListen()
 {
-    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_data->m_curveItems))
         item->switchOnListen();
 }
 
 void CurveGraphicsScene::onSgCoordChanged()
 {
     // The previous coordinate may already be destroyed: it is never touched.
-    m_coord = nullptr;
-    if (m_coordItem) {
+    m_data->m_coord = nullptr;
+    if (m_data->m_coordItem) {
         // The curve items outlive the frame; take them off before it goes.
-        for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+        for (CurveGraphicsItem_Curve* item : qAsConst(m_data->m_curveItems))
             item->setParentItem(nullptr);
-        delete m_coordItem;
-        m_coordItem = nullptr;
+        delete m_data->m_coordItem;
+        m_data->m_coordItem = nullptr;
     }
 
-    m_coord = m_curveScene->getCoord_Local();
-    if (m_coord) {
-        connect(m_coord.data(), &Curve_Coord::sgCoordAreaChanged, this,
+    m_data->m_coord = m_data->m_curveScene->getCoord_Local();
+    if (m_data->m_coord) {
+        connect(m_data->m_coord.data(), &Curve_Coord::sgCoordAreaChanged, this,
                 &CurveGraphicsScene::onSgCoordAreaChanged, Qt::UniqueConnection);
     }
-    if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data())) {
+    if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_data->m_coord.data())) {
         auto* frame = new CurveGraphicsItem_Coord_PXPY(coordXY, nullptr);
-        m_coordItem = frame;
+        m_data->m_coordItem = frame;
         addItem(frame);
         frame->setPos(0.0, 0.0);
         connect(frame->getShowWhichY(), &CurveGraphicsItem_ShowWhichY::selectionChanged, this,
                 &CurveGraphicsScene::onSgCoordVisibleSelectionChanged, Qt::UniqueConnection);
     }
 
-    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems)) {
-        item->setParentItem(m_coordItem);
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_data->m_curveItems)) {
+        item->setParentItem(m_data->m_coordItem);
         // Kept items learn the new frame's data-area size like new ones do;
         // otherwise they would keep drawing at the old frame's size.
-        if (m_coordItem) {
-            connect(m_coordItem, SIGNAL(sgDataAreaChanged(double,double)), item,
-                    SLOT(onDataAreaChanged(double,double)), Qt::UniqueConnection);
+        if (m_data->m_coordItem) {
+            connect(m_data->m_coordItem, &CurveGraphicsItem_Coord::sgDataAreaChanged, item,
+                    &CurveGraphicsItem_Curve::onDataAreaChanged, Qt::UniqueConnection);
         }
     }
     adjustCoordArea();
@@ -203,19 +214,19 @@ void CurveGraphicsScene::onSgCoordChanged()
 
 void CurveGraphicsScene::onSgCurveAdded(QString curveName)
 {
-    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_data->m_coord.data());
     // The registry hands its data sets out read-only; the item only reads the
     // samples but must connect to the data set's signals.
     auto* dataSet = const_cast<Curve_DataSet_XY*>(
-        qobject_cast<const Curve_DataSet_XY*>(m_curveScene->getCurve(curveName)));
+        qobject_cast<const Curve_DataSet_XY*>(m_data->m_curveScene->getCurve(curveName)));
     if (coordXY && dataSet) {
-        auto* item = new CurveGraphicsItem_Curve_XY(m_curveScene, coordXY, curveName, dataSet,
-                                                    nullptr);
-        m_curveItems.insert(curveName, item);
-        if (m_coordItem) {
-            connect(m_coordItem, SIGNAL(sgDataAreaChanged(double,double)), item,
-                    SLOT(onDataAreaChanged(double,double)), Qt::UniqueConnection);
-            item->setParentItem(m_coordItem);
+        auto* item = new CurveGraphicsItem_Curve_XY(m_data->m_curveScene, coordXY, curveName,
+                                                    dataSet, nullptr);
+        m_data->m_curveItems.insert(curveName, item);
+        if (m_data->m_coordItem) {
+            connect(m_data->m_coordItem, &CurveGraphicsItem_Coord::sgDataAreaChanged, item,
+                    &CurveGraphicsItem_Curve::onDataAreaChanged, Qt::UniqueConnection);
+            item->setParentItem(m_data->m_coordItem);
             item->setPos(0.0, 0.0);
             onSgCoordAreaChanged();
         } else {
@@ -229,11 +240,11 @@ void CurveGraphicsScene::onSgCurveAdded(QString curveName)
 
 void CurveGraphicsScene::onSgCurveRemoved(QString curveName)
 {
-    const auto it = m_curveItems.find(curveName);
-    if (it == m_curveItems.end())
+    const auto it = m_data->m_curveItems.find(curveName);
+    if (it == m_data->m_curveItems.end())
         return;
     CurveGraphicsItem_Curve* item = it.value();
-    m_curveItems.erase(it);
+    m_data->m_curveItems.erase(it);
     delete item;
 }
 
@@ -244,8 +255,8 @@ void CurveGraphicsScene::onSgCurveShowParamChanged(QString)
 
 void CurveGraphicsScene::onSgCoordAreaChanged()
 {
-    auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(m_coordItem);
-    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(m_data->m_coordItem);
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_data->m_coord.data());
     if (!frame || !coordXY)
         return;
     double xMin = 0.0;
@@ -256,7 +267,7 @@ void CurveGraphicsScene::onSgCoordAreaChanged()
     if (!(xMax > xMin) || !(yMax > yMin))
         return;
     TickLabels labels = makeTickLabels(*coordXY, kSceneXTicks, kSceneYTicks, tr("m"));
-    if (m_roundTimeTicks) {
+    if (m_data->m_roundTimeTicks) {
         // A date is the widest text a round tick carries.
         const double labelWidth =
             QFontMetrics(frame->font()).horizontalAdvance(QStringLiteral("0000/00/00"));
@@ -266,13 +277,13 @@ void CurveGraphicsScene::onSgCoordAreaChanged()
             labels.x.insert(tick.fraction, tick.text);
         }
     }
-    frame->setXLabelsCentred(m_roundTimeTicks);
+    frame->setXLabelsCentred(m_data->m_roundTimeTicks);
     frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
 }
 
 void CurveGraphicsScene::onSgSingleShow(QString curveName, bool bSingle)
 {
-    if (CurveGraphicsItem_Curve* item = m_curveItems.value(curveName, nullptr))
+    if (CurveGraphicsItem_Curve* item = m_data->m_curveItems.value(curveName, nullptr))
         item->setSingleShow(bSingle);
 }
 
@@ -283,7 +294,7 @@ void CurveGraphicsScene::onSgCoordVisibleSelectionChanged()
         return;
     QMap<QString, bool> selection;
     showWhichY->getSelection(selection);
-    for (CurveGraphicsItem_Curve* item : qAsConst(m_curveItems))
+    for (CurveGraphicsItem_Curve* item : qAsConst(m_data->m_curveItems))
         item->setVisibleSelection(selection);
 }
 
@@ -291,14 +302,14 @@ void CurveGraphicsScene::adjustCoordArea()
 {
     // Only a coordinate that was never given an area is fitted to the data;
     // once the host or the zoom has set one, it is left alone.
-    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_coord.data());
+    auto* coordXY = qobject_cast<Curve_Coord_XY*>(m_data->m_coord.data());
     if (!coordXY || coordXY->areaSettedNumber() != 0)
         return;
     double xMin = 0.0;
     double xMax = 0.0;
     double yMin = 0.0;
     double yMax = 0.0;
-    if (m_curveScene->getAreaLimits(xMin, xMax, yMin, yMax))
+    if (m_data->m_curveScene->getAreaLimits(xMin, xMax, yMin, yMax))
         coordXY->setArea(xMin, xMax, yMin, yMax);
 }
 

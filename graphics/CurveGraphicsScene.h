@@ -8,6 +8,8 @@
 
 #include <QColor>
 #include <QGraphicsScene>
+
+#include <memory>
 #include <QMap>
 #include <QPointer>
 #include <QRectF>
@@ -103,12 +105,10 @@ private slots:
 private:
     void adjustCoordArea();
 
-    CurveScene* m_curveScene;
-    QPointer<Curve_Coord> m_coord;
-    CurveGraphicsItem_Coord* m_coordItem;
-    QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
-    // Optional labelling.
-    bool m_roundTimeTicks = false;
+    // The scene's state lives behind this pointer, so that later releases
+    // can add to it without changing the class's size.
+    class PrivateData;
+    const std::unique_ptr<PrivateData> m_data;
 
     Q_DISABLE_COPY(CurveGraphicsScene)
 };

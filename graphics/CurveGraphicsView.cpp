@@ -47,19 +47,44 @@ CurveGraphicsItem_Coord_PXPY* frameOf(QGraphicsScene* scene)
 
 } // namespace
 
+class CurveGraphicsView::PrivateData
+{
+public:
+    QPointer<CurveGraphicsScene> m_scene;
+    double m_maxZoom = 20.0;
+    double m_minZoom = 5e-5;
+    double m_zoomStep = 0.15;
+    double m_zoom = 1.0;
+
+    // Time navigation: the window is only in force while bActive.
+    struct TimeNavigation
+    {
+        bool bEnabled = false;
+        bool bActive = false;
+        double tMin = 0.0;
+        double tMax = 0.0;
+        bool bPanning = false;
+        int panLastX = 0;
+    } m_nav;
+    // Hover read-out and the sample it last reported.
+    struct HoverState
+    {
+        bool bEnabled = false;
+        bool bToolTip = false;
+        bool bReported = false;
+        HoverSample last;
+    } m_hover;
+};
+
 CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     : QGraphicsView(parent)
-    , m_scene(nullptr)
-    , m_maxZoom(20.0)
-    , m_minZoom(5e-5)
-    , m_zoomStep(0.15)
-    , m_zoom(1.0)
+    , m_data(new PrivateData)
 {
-    m_scene = new CurveGraphicsScene(this);
-    setScene(m_scene);
+    m_data->m_scene = new CurveGraphicsScene(this);
+    setScene(m_data->m_scene);
     // Connected after the scene's own connection, so the frame for a new
     // coordinate already exists when the view refits.
-    if (CurveScene* registry = m_scene->getCurveScene()) {
+    if (CurveScene* registry = m_data->m_scene->getCurveScene()) {
         connect(registry, &CurveScene::sgLocalCoordChanged, this,
                 &CurveGraphicsView::onScene_coordChanged, Qt::UniqueConnection);
     }
@@ -69,22 +94,22 @@ CurveGraphicsView::~CurveGraphicsView() = default;
 
 CurveScene* CurveGraphicsView::getCurveScene()
 {
-    return m_scene ? m_scene->getCurveScene() : nullptr;
+    return m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr;
 }
 
 void CurveGraphicsView::fitCoordRect()
 {
-    if (m_scene)
-        fitInView(m_scene->getCoordRect(), Qt::IgnoreAspectRatio);
+    if (m_data->m_scene)
+        fitInView(m_data->m_scene->getCoordRect(), Qt::IgnoreAspectRatio);
 }
 
 void CurveGraphicsView::resizeEvent(QResizeEvent* event)
 {
     QGraphicsView::resizeEvent(event);
-    if (!m_scene)
+    if (!m_data->m_scene)
         return;
     const QSize size = viewport()->size();
-    m_scene->setCoordPixelSize(size.width(), size.height());
+    m_data->m_scene->setCoordPixelSize(size.width(), size.height());
     fitCoordRect();
 }
 
@@ -92,7 +117,7 @@ void CurveGraphicsView::paintEvent(QPaintEvent* event)
 {
     // Each curve item would otherwise rebuild its picture on its own, one
     // after the other, as the scene paints it; together they use every core.
-    if (m_scene) {
+    if (m_data->m_scene) {
         using Item = CurveGraphicsItem_Curve_XY;
         const double ratio = viewport()->devicePixelRatioF();
         const QRect device(0, 0, int(std::ceil(viewport()->width() * ratio)),
@@ -101,7 +126,7 @@ void CurveGraphicsView::paintEvent(QPaintEvent* event)
         const QTransform viewTransform = viewportTransform();
         QVector<Item*> items;
         QVector<Item::LayerTarget> targets;
-        for (QGraphicsItem* graphicsItem : m_scene->items()) {
+        for (QGraphicsItem* graphicsItem : m_data->m_scene->items()) {
             auto* item = dynamic_cast<Item*>(graphicsItem);
             Item::LayerTarget target;
             if (item && item->isVisible()
@@ -124,7 +149,7 @@ void CurveGraphicsView::onScene_coordChanged()
 void CurveGraphicsView::wheelEvent(QWheelEvent* event)
 {
     const QPoint angle = event->angleDelta();
-    if (m_nav.bEnabled) {
+    if (m_data->m_nav.bEnabled) {
         const Qt::KeyboardModifiers modifiers = event->modifiers();
         if (modifiers & Qt::ControlModifier) {
             if (angle.y() != 0)
@@ -147,10 +172,10 @@ void CurveGraphicsView::wheelEvent(QWheelEvent* event)
     // Qt 6 no longer has: the component of larger magnitude, the vertical one
     // on a tie.
     const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
-    const double factor = delta > 0 ? 1.0 + m_zoomStep : 1.0 - m_zoomStep;
-    const double candidate = m_zoom * factor;
-    if (candidate >= m_minZoom && candidate <= m_maxZoom) {
-        m_zoom = candidate;
+    const double factor = delta > 0 ? 1.0 + m_data->m_zoomStep : 1.0 - m_data->m_zoomStep;
+    const double candidate = m_data->m_zoom * factor;
+    if (candidate >= m_data->m_minZoom && candidate <= m_data->m_maxZoom) {
+        m_data->m_zoom = candidate;
         setCurvesPosToVerticalZero();
     }
     // The wheel belongs to the zoom and to the parent widget, never to the
@@ -160,10 +185,10 @@ void CurveGraphicsView::wheelEvent(QWheelEvent* event)
 
 void CurveGraphicsView::setCurvesPosToVerticalZero()
 {
-    if (!m_scene)
+    if (!m_data->m_scene)
         return;
-    m_scene->switchOffCurvesListen();
-    CurveScene* registry = m_scene->getCurveScene();
+    m_data->m_scene->switchOffCurvesListen();
+    CurveScene* registry = m_data->m_scene->getCurveScene();
     double xMin = 0.0;
     double xMax = 0.0;
     double yMin = 0.0;
@@ -171,32 +196,33 @@ void CurveGraphicsView::setCurvesPosToVerticalZero()
     bool bWindowMoved = false;
     if (registry && registry->getAreaLimits(xMin, xMax, yMin, yMax)) {
         if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(registry->getCoord_Local())) {
-            if (m_nav.bEnabled && m_nav.bActive) {
+            if (m_data->m_nav.bEnabled && m_data->m_nav.bActive) {
                 // The data may have changed under the window: keep it inside.
-                double tMin = m_nav.tMin;
-                double tMax = m_nav.tMax;
+                double tMin = m_data->m_nav.tMin;
+                double tMax = m_data->m_nav.tMax;
                 bool bActive = true;
                 if (fitWindow(tMin, tMax, bActive)) {
-                    bWindowMoved = tMin != m_nav.tMin || tMax != m_nav.tMax || !bActive;
-                    m_nav.bActive = bActive;
-                    m_nav.tMin = tMin;
-                    m_nav.tMax = tMax;
+                    bWindowMoved = tMin != m_data->m_nav.tMin || tMax != m_data->m_nav.tMax
+                                   || !bActive;
+                    m_data->m_nav.bActive = bActive;
+                    m_data->m_nav.tMin = tMin;
+                    m_data->m_nav.tMax = tMax;
                 }
-                if (m_nav.bActive) {
-                    xMin = m_nav.tMin;
-                    xMax = m_nav.tMax;
+                if (m_data->m_nav.bActive) {
+                    xMin = m_data->m_nav.tMin;
+                    xMax = m_data->m_nav.tMax;
                 }
             }
-            const double h = std::max(std::abs(yMin), std::abs(yMax)) * m_zoom;
+            const double h = std::max(std::abs(yMin), std::abs(yMax)) * m_data->m_zoom;
             coordXY->setArea(xMin, xMax, -h, h);
         }
     }
-    m_scene->switchOnCurvesListen();
+    m_data->m_scene->switchOnCurvesListen();
 
     // The curve items skipped the area change; the size signal of the frame
     // makes them rebuild once, with the new area.
     const QSize size = viewport()->size();
-    m_scene->setCoordPixelSize(size.width(), size.height());
+    m_data->m_scene->setCoordPixelSize(size.width(), size.height());
     fitCoordRect();
     viewport()->update();
     if (bWindowMoved) {
@@ -211,11 +237,11 @@ void CurveGraphicsView::setCurvesPosToVerticalZero()
 
 void CurveGraphicsView::setTimeNavigationEnabled(bool bEnabled)
 {
-    if (bEnabled == m_nav.bEnabled)
+    if (bEnabled == m_data->m_nav.bEnabled)
         return;
-    m_nav.bPanning = false;
-    if (!bEnabled && m_nav.bActive) {
-        m_nav.bActive = false;
+    m_data->m_nav.bPanning = false;
+    if (!bEnabled && m_data->m_nav.bActive) {
+        m_data->m_nav.bActive = false;
         setCurvesPosToVerticalZero();
         double tMin = 0.0;
         double tMax = 0.0;
@@ -223,17 +249,17 @@ void CurveGraphicsView::setTimeNavigationEnabled(bool bEnabled)
         if (tMin < tMax)
             emit sgTimeWindowChanged(tMin, tMax);
     }
-    m_nav.bEnabled = bEnabled;
+    m_data->m_nav.bEnabled = bEnabled;
 }
 
 bool CurveGraphicsView::isTimeNavigationEnabled() const
 {
-    return m_nav.bEnabled;
+    return m_data->m_nav.bEnabled;
 }
 
 bool CurveGraphicsView::dataLimits(double& xMin, double& xMax) const
 {
-    const CurveScene* registry = m_scene ? m_scene->getCurveScene() : nullptr;
+    const CurveScene* registry = m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr;
     double yMin = 0.0;
     double yMax = 0.0;
     return registry && registry->getAreaLimits(xMin, xMax, yMin, yMax) && std::isfinite(xMin)
@@ -242,9 +268,9 @@ bool CurveGraphicsView::dataLimits(double& xMin, double& xMax) const
 
 void CurveGraphicsView::getTimeWindow(double& tMin, double& tMax) const
 {
-    if (m_nav.bEnabled && m_nav.bActive) {
-        tMin = m_nav.tMin;
-        tMax = m_nav.tMax;
+    if (m_data->m_nav.bEnabled && m_data->m_nav.bActive) {
+        tMin = m_data->m_nav.tMin;
+        tMax = m_data->m_nav.tMax;
         return;
     }
     if (!dataLimits(tMin, tMax)) {
@@ -258,7 +284,7 @@ double CurveGraphicsView::minimumSpan(double xMin, double xMax) const
     // A few intervals of the densest curve, and never so narrow that the
     // doubles around the times run out of steps.
     qint64 samples = 0;
-    if (const CurveScene* registry = m_scene ? m_scene->getCurveScene() : nullptr) {
+    if (const CurveScene* registry = m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr) {
         QMap<QString, const Curve_DataSet*> curves;
         registry->getCurves(curves);
         for (const Curve_DataSet* set : qAsConst(curves)) {
@@ -312,13 +338,13 @@ bool CurveGraphicsView::showWindow(double tMin, double tMax)
     // A linked widget's echo may come back off by a rounding step of its unit
     // conversion; that is the same window, and answering it would never end.
     const double tolerance = (tMax - tMin) * 1e-12;
-    if (bActive == m_nav.bActive && std::abs(tMin - oldMin) <= tolerance
+    if (bActive == m_data->m_nav.bActive && std::abs(tMin - oldMin) <= tolerance
         && std::abs(tMax - oldMax) <= tolerance) {
         return false;
     }
-    m_nav.bActive = bActive;
-    m_nav.tMin = tMin;
-    m_nav.tMax = tMax;
+    m_data->m_nav.bActive = bActive;
+    m_data->m_nav.tMin = tMin;
+    m_data->m_nav.tMax = tMax;
     setCurvesPosToVerticalZero();
     emit sgTimeWindowChanged(tMin, tMax);
     return true;
@@ -326,15 +352,15 @@ bool CurveGraphicsView::showWindow(double tMin, double tMax)
 
 void CurveGraphicsView::setTimeWindow(double tMin, double tMax)
 {
-    if (m_nav.bEnabled)
+    if (m_data->m_nav.bEnabled)
         showWindow(tMin, tMax);
 }
 
 void CurveGraphicsView::resetTimeWindow()
 {
-    if (!m_nav.bEnabled || !m_nav.bActive)
+    if (!m_data->m_nav.bEnabled || !m_data->m_nav.bActive)
         return;
-    m_nav.bActive = false;
+    m_data->m_nav.bActive = false;
     setCurvesPosToVerticalZero();
     double tMin = 0.0;
     double tMax = 0.0;
@@ -345,7 +371,7 @@ void CurveGraphicsView::resetTimeWindow()
 
 QRectF CurveGraphicsView::dataAreaInViewport() const
 {
-    const CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_scene);
+    const CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_data->m_scene);
     if (!frame)
         return QRectF();
     return viewportTransform().mapRect(frame->mapRectToScene(frame->getDataRect()));
@@ -381,20 +407,20 @@ void CurveGraphicsView::zoomTimeAt(double x, double notches)
 void CurveGraphicsView::panTimeByPixels(double pixels)
 {
     const QRectF area = dataAreaInViewport();
-    if (!m_nav.bActive || !(area.width() > 0.0) || pixels == 0.0)
+    if (!m_data->m_nav.bActive || !(area.width() > 0.0) || pixels == 0.0)
         return;
-    const double shift = pixels * (m_nav.tMax - m_nav.tMin) / area.width();
-    showWindow(m_nav.tMin + shift, m_nav.tMax + shift);
+    const double shift = pixels * (m_data->m_nav.tMax - m_data->m_nav.tMin) / area.width();
+    showWindow(m_data->m_nav.tMin + shift, m_data->m_nav.tMax + shift);
 }
 
 void CurveGraphicsView::mousePressEvent(QMouseEvent* event)
 {
     // The Y-selection sits in the left label strip, outside the data area, so
     // its clicks pass on as before.
-    if (m_nav.bEnabled && event->button() == Qt::LeftButton
+    if (m_data->m_nav.bEnabled && event->button() == Qt::LeftButton
         && dataAreaInViewport().contains(QPointF(event->pos()))) {
-        m_nav.bPanning = true;
-        m_nav.panLastX = event->pos().x();
+        m_data->m_nav.bPanning = true;
+        m_data->m_nav.panLastX = event->pos().x();
         event->accept();
         return;
     }
@@ -403,23 +429,23 @@ void CurveGraphicsView::mousePressEvent(QMouseEvent* event)
 
 void CurveGraphicsView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (m_nav.bPanning) {
-        const int dx = event->pos().x() - m_nav.panLastX;
-        m_nav.panLastX = event->pos().x();
+    if (m_data->m_nav.bPanning) {
+        const int dx = event->pos().x() - m_data->m_nav.panLastX;
+        m_data->m_nav.panLastX = event->pos().x();
         // The data follow the mouse: dragging right shows earlier times.
         panTimeByPixels(-double(dx));
         event->accept();
         return;
     }
     QGraphicsView::mouseMoveEvent(event);
-    if (m_hover.bEnabled)
+    if (m_data->m_hover.bEnabled)
         updateHover(event->pos());
 }
 
 void CurveGraphicsView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (m_nav.bPanning && event->button() == Qt::LeftButton) {
-        m_nav.bPanning = false;
+    if (m_data->m_nav.bPanning && event->button() == Qt::LeftButton) {
+        m_data->m_nav.bPanning = false;
         event->accept();
         return;
     }
@@ -428,7 +454,7 @@ void CurveGraphicsView::mouseReleaseEvent(QMouseEvent* event)
 
 void CurveGraphicsView::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (m_nav.bEnabled && event->button() == Qt::LeftButton
+    if (m_data->m_nav.bEnabled && event->button() == Qt::LeftButton
         && dataAreaInViewport().contains(QPointF(event->pos()))) {
         resetTimeWindow();
         event->accept();
@@ -439,7 +465,7 @@ void CurveGraphicsView::mouseDoubleClickEvent(QMouseEvent* event)
 
 void CurveGraphicsView::keyPressEvent(QKeyEvent* event)
 {
-    if (m_nav.bEnabled && event->key() == Qt::Key_Home
+    if (m_data->m_nav.bEnabled && event->key() == Qt::Key_Home
         && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
         resetTimeWindow();
         event->accept();
@@ -452,22 +478,22 @@ void CurveGraphicsView::keyPressEvent(QKeyEvent* event)
 
 void CurveGraphicsView::setRoundTimeTicks(bool bRound)
 {
-    if (m_scene)
-        m_scene->setRoundTimeTicks(bRound);
+    if (m_data->m_scene)
+        m_data->m_scene->setRoundTimeTicks(bRound);
 }
 
 bool CurveGraphicsView::hasRoundTimeTicks() const
 {
-    return m_scene && m_scene->hasRoundTimeTicks();
+    return m_data->m_scene && m_data->m_scene->hasRoundTimeTicks();
 }
 
 // --- Hover read-out ---------------------------------------------------------
 
 void CurveGraphicsView::setHoverReadOutEnabled(bool bEnabled)
 {
-    if (bEnabled == m_hover.bEnabled)
+    if (bEnabled == m_data->m_hover.bEnabled)
         return;
-    m_hover.bEnabled = bEnabled;
+    m_data->m_hover.bEnabled = bEnabled;
     if (bEnabled)
         viewport()->setMouseTracking(true);
     else
@@ -476,24 +502,24 @@ void CurveGraphicsView::setHoverReadOutEnabled(bool bEnabled)
 
 bool CurveGraphicsView::isHoverReadOutEnabled() const
 {
-    return m_hover.bEnabled;
+    return m_data->m_hover.bEnabled;
 }
 
 void CurveGraphicsView::setHoverToolTip(bool bShow)
 {
-    if (!bShow && m_hover.bToolTip && m_hover.bReported)
+    if (!bShow && m_data->m_hover.bToolTip && m_data->m_hover.bReported)
         QToolTip::hideText();
-    m_hover.bToolTip = bShow;
+    m_data->m_hover.bToolTip = bShow;
 }
 
 bool CurveGraphicsView::hasHoverToolTip() const
 {
-    return m_hover.bToolTip;
+    return m_data->m_hover.bToolTip;
 }
 
 bool CurveGraphicsView::hoverSampleAt(const QPoint& viewportPos, HoverSample& sample)
 {
-    CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_scene);
+    CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_data->m_scene);
     if (!frame)
         return false;
     bool bInvertible = false;
@@ -534,14 +560,15 @@ void CurveGraphicsView::updateHover(const QPoint& viewportPos)
         clearHover();
         return;
     }
-    const HoverSample& last = m_hover.last;
-    if (m_hover.bReported && last.curveName == sample.curveName && last.yIndex == sample.yIndex
+    const HoverSample& last = m_data->m_hover.last;
+    if (m_data->m_hover.bReported && last.curveName == sample.curveName
+        && last.yIndex == sample.yIndex
         && last.sampleIndex == sample.sampleIndex) {
         return;
     }
-    m_hover.last = sample;
-    m_hover.bReported = true;
-    if (m_hover.bToolTip) {
+    m_data->m_hover.last = sample;
+    m_data->m_hover.bReported = true;
+    if (m_data->m_hover.bToolTip) {
         QString time;
         if (std::abs(sample.timeMs) <= 8.64e15) {
             time = QDateTime::fromMSecsSinceEpoch(qint64(sample.timeMs), QTimeZone::utc())
@@ -560,10 +587,10 @@ void CurveGraphicsView::updateHover(const QPoint& viewportPos)
 
 void CurveGraphicsView::clearHover()
 {
-    if (!m_hover.bReported)
+    if (!m_data->m_hover.bReported)
         return;
-    m_hover.bReported = false;
-    if (m_hover.bToolTip)
+    m_data->m_hover.bReported = false;
+    if (m_data->m_hover.bToolTip)
         QToolTip::hideText();
     emit sgHoverNone();
 }

@@ -9,6 +9,8 @@
 #include <QGraphicsView>
 #include <QPointer>
 
+#include <memory>
+
 class CurveGraphicsScene;
 
 /*!
@@ -206,30 +208,10 @@ private:
     void updateHover(const QPoint& viewportPos);
     void clearHover();
 
-    QPointer<CurveGraphicsScene> m_scene;
-    double m_maxZoom;
-    double m_minZoom;
-    double m_zoomStep;
-    double m_zoom;
-
-    // Time navigation: the window is only in force while bActive.
-    struct TimeNavigation
-    {
-        bool bEnabled = false;
-        bool bActive = false;
-        double tMin = 0.0;
-        double tMax = 0.0;
-        bool bPanning = false;
-        int panLastX = 0;
-    } m_nav;
-    // Hover read-out and the sample it last reported.
-    struct HoverState
-    {
-        bool bEnabled = false;
-        bool bToolTip = false;
-        bool bReported = false;
-        HoverSample last;
-    } m_hover;
+    // The view's state lives behind this pointer, so that later releases
+    // can add to it without changing the class's size.
+    class PrivateData;
+    const std::unique_ptr<PrivateData> m_data;
 
     Q_DISABLE_COPY(CurveGraphicsView)
 };
