@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Speed of the curve plot against two general plotting libraries, with the
 // same data and the same 800 x 540 image for every contender:
 // - one curve of N samples (NaN samples and a few breaks): load + first

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CurveGraphicsTableWidget_Epoch.h"
 
 #include "EpochBars_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GNSSDEMO_RINEXREADER_H
 #define GNSSDEMO_RINEXREADER_H
 
