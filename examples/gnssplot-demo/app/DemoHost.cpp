@@ -87,9 +87,17 @@ DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, Q
             &DemoHost::onTableSelection);
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgEraseMarksChanged, this,
             &DemoHost::onTableEraseMarks);
-    // The time windows of the view and of the table will be linked here,
-    // both ways, once the view navigates in time as the table does; the
-    // table's epochs are GPST milliseconds like the curves' X values.
+    // Zooming and panning time in either widget moves the other: the
+    // table's epochs are GPST milliseconds like the curves' X values, so
+    // the windows link as they are. Each side signals only real changes,
+    // so the two links make no loop.
+    m_view->setTimeNavigationEnabled(true);
+    m_table->setTimeNavigationEnabled(true);
+    connect(m_view, &CurveGraphicsView::sgTimeWindowChanged, m_table,
+            &CurveGraphicsTableWidget_Epoch::setTimeWindow);
+    connect(m_table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged, m_view,
+            &CurveGraphicsView::setTimeWindow);
+    m_view->setHoverReadOutEnabled(true);
 }
 
 DemoHost::~DemoHost() = default;

@@ -17,6 +17,7 @@
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QDateTime>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -96,12 +97,27 @@ DemoWindow::DemoWindow(QWidget* parent)
 
     m_statusLabel = new QLabel;
     statusBar()->addWidget(m_statusLabel, 1);
-    auto* hint = new QLabel(tr("Wheel: zoom.  Drag over the bars: mark epochs."));
+    auto* hint = new QLabel(tr("Wheel: zoom Y.  Ctrl+wheel: zoom time.  Drag the plot: pan.  "
+                               "Double-click: whole day.  Drag over the bars: mark epochs."));
     hint->setToolTip(tr("F 1 / F 2 in the plot choose MP1 / MP2; right-click a mark to "
                         "remove it"));
     hint->setStyleSheet(QStringLiteral("color: #606060"));
     statusBar()->addPermanentWidget(hint);
     buildMenus();
+
+    // The hover read-out names the sample under the cursor, as
+    // "G05 MP1 2024/07/27 10:15:30 GPST 0.412 m".
+    connect(m_view, &CurveGraphicsView::sgHover, this,
+            [this](const QString& curve, int yIndex, double timeMs, double value) {
+                const QString when = QDateTime::fromMSecsSinceEpoch(qint64(timeMs), Qt::UTC)
+                                         .toString(QStringLiteral("yyyy/MM/dd HH:mm:ss"));
+                m_statusLabel->setText(QStringLiteral("%1 MP%2 %3 GPST %4 m")
+                                           .arg(curve)
+                                           .arg(yIndex + 1)
+                                           .arg(when)
+                                           .arg(value, 0, 'f', 3));
+            });
+    connect(m_view, &CurveGraphicsView::sgHoverNone, this, &DemoWindow::updateStatus);
 
     connect(m_host, &DemoHost::selectionRead, this,
             [this] { m_panel->showSelection(m_host->readSelection()); });

@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <cstdlib>
 
 namespace gnssdemo {
 
@@ -24,6 +25,12 @@ MultipathView::MultipathView(QWidget* parent)
     : CurveGraphicsView(parent)
     , m_emptyLabel(new QLabel(viewport()))
 {
+    // The library's time navigation refits Y from the data after each
+    // step; the host's own Y range is put back on top of it.
+    connect(this, &CurveGraphicsView::sgTimeWindowChanged, this, [this] {
+        if (m_base > 0.0)
+            applyRange();
+    });
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setWordWrap(true);
     m_emptyLabel->setStyleSheet(QStringLiteral("color: #404040; font-size: 13pt;"));
@@ -55,12 +62,17 @@ QString MultipathView::emptyText() const
 
 void MultipathView::wheelEvent(QWheelEvent* event)
 {
-    if (m_base <= 0.0) {
+    const QPoint angle = event->angleDelta();
+    // Ctrl+wheel, Shift+wheel and a sideways wheel move in time: the
+    // library's gestures.
+    const bool inTime = isTimeNavigationEnabled()
+                        && ((event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier))
+                            || std::abs(angle.x()) > std::abs(angle.y()));
+    if (m_base <= 0.0 || inTime) {
         CurveGraphicsView::wheelEvent(event);
         return;
     }
-    const QPoint angle = event->angleDelta();
-    const int delta = angle.y() != 0 ? angle.y() : angle.x();
+    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
     const double candidate = m_zoom * (delta > 0 ? 1.0 + kZoomStep : 1.0 - kZoomStep);
     if (candidate >= kMinZoom && candidate <= kMaxZoom) {
         m_zoom = candidate;
@@ -93,6 +105,9 @@ void MultipathView::applyRange()
     double yMax = 0.0;
     if (!coord || !registry->getAreaLimits(xMin, xMax, yMin, yMax))
         return;
+    // The time window shown, the whole day unless zoomed.
+    if (isTimeNavigationEnabled())
+        getTimeWindow(xMin, xMax);
     // Every curve item would rebuild on the area change; they rebuild once,
     // on the size signal below.
     scene->switchOffCurvesListen();
