@@ -98,6 +98,8 @@ DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, Q
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged, m_view,
             &CurveGraphicsView::setTimeWindow);
     m_view->setHoverReadOutEnabled(true);
+    // Ticks on round times of day, as an analyst reads them.
+    m_view->setRoundTimeTicks(true);
 }
 
 DemoHost::~DemoHost() = default;
