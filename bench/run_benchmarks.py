@@ -37,8 +37,8 @@ def build(build_dir):
     sh(['cmake', '-S', ROOT, '-B', build_dir, '-G', 'Ninja', '-DGNSSPLOT_BUILD_BENCHMARKS=ON', '-DGNSSPLOT_BUILD_TESTS=OFF',
         # the peers are Qt 5 builds
         '-DGNSSPLOT_QT_MAJOR=5',
-        '-DGNSSPLOT_BUILD_EXAMPLES=OFF'], stdout=subprocess.DEVNULL)
-    sh(['ninja', '-C', build_dir, '-j2', 'bench_curve', 'bench_epoch'],
+        '-DGNSSPLOT_BUILD_EXAMPLES=ON'], stdout=subprocess.DEVNULL)
+    sh(['ninja', '-C', build_dir, '-j2', 'bench_curve', 'bench_epoch', 'bench_demo'],
        stdout=subprocess.DEVNULL)
 
 
@@ -106,6 +106,8 @@ def main():
     epoch = os.path.join(args.build, 'bench', 'bench_epoch')
     m = run_bench(curve, args.reps)
     m.update(run_bench(epoch, args.reps))
+    demo = os.path.join(args.build, 'examples', 'bench_demo')
+    m.update(run_bench(demo, args.reps, 'WheelStep/ajac:0|SecondBandBox|ShowOneAndBack'))
     g = lambda name, n=None: m.get(f'{name}/{n}' if n else name)
 
     lines = ['# Benchmarks', '',
@@ -170,6 +172,13 @@ def main():
               '| < 2 |',
               f'| hover query, 145 curves, above them | {fmt(g("BM_Ours_DayHover", 20))} '
               '| < 2 |',
+              '', '## Demo: synthetic 1 Hz day, 145 curves (bench_demo)', '',
+              '| | median | target |', '|---|---|---|',
+              f'| one wheel step + paint | {fmt(g("BM_WheelStep/ajac:0"))} | < 60 |',
+              f'| F 2 box switched on (or off) + paint | {fmt(g("BM_SecondBandBox/ajac:0"))} '
+              '| < 100 |',
+              f'| Show: one satellite alone, or all again, + paint '
+              f'| {fmt(g("BM_ShowOneAndBack/ajac:0"))} | < 100 |',
               '', '## Fidelity', '',
               'One curve of 1e6 samples as the live view draws it (alpha-128 pen, the view\'s '
               'fit scale), through the layer and by Qt drawing every point with the same pen: '

@@ -241,10 +241,13 @@ bool near(double a, double b)
 
 // How many pieces one item's counting is split into: one per pool thread,
 // as long as each piece has a good share of samples.
-int splitWays(const CurveGraphicsItem_Curve_XY* item)
+int splitWays(qint64 samples)
 {
-    Q_UNUSED(item);
-    return std::max(1, QThreadPool::globalInstance()->maxThreadCount());
+    // Below this many samples per piece, starting the pool's threads costs
+    // more than the piece.
+    constexpr qint64 kPieceSamples = 250000;
+    const qint64 threads = std::max(1, QThreadPool::globalInstance()->maxThreadCount());
+    return int(std::max<qint64>(1, std::min(threads, samples / kPieceSamples)));
 }
 
 // Layers larger than this many pixels are not made; such targets are drawn
@@ -355,19 +358,28 @@ void CurveGraphicsItem_Curve_XY::mapRun(const Run& run, const double* ys, QPolyg
 void CurveGraphicsItem_Curve_XY::rebuildPolylines()
 {
     const bool drawable = takeSource();
-    m_polylines.clear();
     m_polylinesValid = true;
-    if (!drawable)
+    if (!drawable) {
+        m_polylines.clear();
         return;
+    }
     updateRuns();
+    // The runs' buffers are kept and refilled, so that rebuilding data of
+    // the same shape allocates nothing.
     m_polylines.resize(m_yIndexes);
-    for (size_t k = 0; k < m_runs.size(); ++k) {
-        for (const Run& run : m_runs[k]) {
-            QPolygon points;
-            mapRun(run, m_source.ys[k], points);
-            if (!points.isEmpty())
-                m_polylines[int(k)].append(points);
+    for (int k = 0; k < m_polylines.size(); ++k) {
+        QList<QPolygon>& runs = m_polylines[k];
+        int used = 0;
+        const size_t index = size_t(k);
+        for (size_t r = 0; index < m_runs.size() && r < m_runs[index].size(); ++r) {
+            if (runs.size() <= used)
+                runs.append(QPolygon());
+            mapRun(m_runs[index][r], m_source.ys[index], runs[used]);
+            if (!runs[used].isEmpty())
+                ++used;
         }
+        while (runs.size() > used)
+            runs.removeLast();
     }
 }
 
@@ -808,6 +820,14 @@ bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs, con
     return true;
 }
 
+qint64 CurveGraphicsItem_Curve_XY::sampleCount() const
+{
+    qint64 samples = 0;
+    for (const qint64 count : m_source.counts)
+        samples += count;
+    return samples;
+}
+
 bool CurveGraphicsItem_Curve_XY::layerIsCurrent(const LayerTarget& target) const
 {
     return m_layerVersion == m_version && m_layerTarget.matches(target);
@@ -830,7 +850,7 @@ void CurveGraphicsItem_Curve_XY::prepareLayers(const QVector<CurveGraphicsItem_C
     }
     // One item alone is split into pieces instead.
     if (jobs.size() == 1) {
-        jobs.first()->buildLayer(jobTargets.first(), splitWays(jobs.first()));
+        jobs.first()->buildLayer(jobTargets.first(), splitWays(jobs.first()->sampleCount()));
         return;
     }
     QVector<int> order(jobs.size());
@@ -856,7 +876,7 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
         && layerTargetFor(transform, devicePixels(painter), &target)) {
         if (!layerIsCurrent(target)) {
             updateRuns();
-            buildLayer(target, splitWays(this));
+            buildLayer(target, splitWays(sampleCount()));
         }
         if (m_layer.isNull())
             return;

@@ -231,6 +231,8 @@ private:
     void countPoints();
     void updateColumns(const LayerTarget& target);
     bool layerIsCurrent(const LayerTarget& target) const;
+    // Samples drawn over all Y indexes, as of the last source taken.
+    qint64 sampleCount() const;
     void buildLayer(const LayerTarget& target, int ways);
     void countRun(const Run& run, qint64 begin, qint64 end, const double* ys,
                   const LayerTarget& target, CurveRaster::Counter& counter) const;
