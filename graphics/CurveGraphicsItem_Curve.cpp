@@ -422,17 +422,7 @@ bool CurveGraphicsItem_Curve_XY::nearestSample(const QPointF& pos, double radius
 
     // The Y indexes the selection shows; those beyond its entries are drawn,
     // as in painting.
-    std::vector<int> shown;
-    auto selection = m_visibleSelection.cbegin();
-    for (size_t k = 0; k < m_source.ys.size(); ++k) {
-        if (selection != m_visibleSelection.cend()) {
-            const bool bShown = selection.value();
-            ++selection;
-            if (!bShown)
-                continue;
-        }
-        shown.push_back(int(k));
-    }
+    const std::vector<int> shown = shownYIndexes(int(m_source.ys.size()));
     qint64 count = 0;
     for (const int k : shown)
         count = std::max(count, m_source.counts[size_t(k)]);
@@ -488,6 +478,24 @@ bool CurveGraphicsItem_Curve_XY::nearestSample(const QPointF& pos, double radius
             visit(j);
     }
     return found;
+}
+
+std::vector<int> CurveGraphicsItem_Curve_XY::shownYIndexes(int count) const
+{
+    // The selection is read by position; Y indexes beyond its entries have
+    // no say in it and are drawn, as with an empty selection.
+    std::vector<int> shown;
+    auto selection = m_visibleSelection.cbegin();
+    for (int k = 0; k < count; ++k) {
+        if (selection != m_visibleSelection.cend()) {
+            const bool bShown = selection.value();
+            ++selection;
+            if (!bShown)
+                continue;
+        }
+        shown.push_back(k);
+    }
+    return shown;
 }
 
 void CurveGraphicsItem_Curve_XY::applyShowParam()
@@ -714,16 +722,7 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target, int ways)
         }
     };
     QPen inForce = m_pen;
-    auto selection = m_visibleSelection.cbegin();
-    for (int k = 0; k < m_yIndexes; ++k) {
-        // Y indexes beyond the selection's entries have no say in it and are
-        // drawn, as with an empty selection.
-        if (selection != m_visibleSelection.cend()) {
-            const bool shown = selection.value();
-            ++selection;
-            if (!shown)
-                continue;
-        }
+    for (const int k : shownYIndexes(m_yIndexes)) {
         if (k < m_yPens.size())
             inForce = m_yPens.at(k);
         if (size_t(k) >= m_runs.size())
@@ -933,14 +932,7 @@ void CurveGraphicsItem_Curve_XY::drawRuns(QPainter* painter, bool reduceThin) co
     const QTransform transform = painter->deviceTransform();
     painter->setPen(m_pen);
     QPolygon reduced;
-    auto selection = m_visibleSelection.cbegin();
-    for (int k = 0; k < cache.size(); ++k) {
-        if (selection != m_visibleSelection.cend()) {
-            const bool shown = selection.value();
-            ++selection;
-            if (!shown)
-                continue;
-        }
+    for (const int k : shownYIndexes(cache.size())) {
         if (k < m_yPens.size())
             painter->setPen(m_yPens.at(k));
         const QList<QPolygon>& runs = cache.at(k);

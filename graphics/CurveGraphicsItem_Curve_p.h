@@ -231,6 +231,8 @@ private:
     void countPoints();
     void updateColumns(const LayerTarget& target);
     bool layerIsCurrent(const LayerTarget& target) const;
+    // The Y indexes below \a count that the visible selection draws.
+    std::vector<int> shownYIndexes(int count) const;
     // Samples drawn over all Y indexes, as of the last source taken.
     qint64 sampleCount() const;
     void buildLayer(const LayerTarget& target, int ways);

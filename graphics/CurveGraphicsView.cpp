@@ -240,15 +240,8 @@ void CurveGraphicsView::setTimeNavigationEnabled(bool bEnabled)
     if (bEnabled == m_data->m_nav.bEnabled)
         return;
     m_data->m_nav.bPanning = false;
-    if (!bEnabled && m_data->m_nav.bActive) {
-        m_data->m_nav.bActive = false;
-        setCurvesPosToVerticalZero();
-        double tMin = 0.0;
-        double tMax = 0.0;
-        getTimeWindow(tMin, tMax);
-        if (tMin < tMax)
-            emit sgTimeWindowChanged(tMin, tMax);
-    }
+    if (!bEnabled && m_data->m_nav.bActive)
+        showWholeRange();
     m_data->m_nav.bEnabled = bEnabled;
 }
 
@@ -360,6 +353,11 @@ void CurveGraphicsView::resetTimeWindow()
 {
     if (!m_data->m_nav.bEnabled || !m_data->m_nav.bActive)
         return;
+    showWholeRange();
+}
+
+void CurveGraphicsView::showWholeRange()
+{
     m_data->m_nav.bActive = false;
     setCurvesPosToVerticalZero();
     double tMin = 0.0;

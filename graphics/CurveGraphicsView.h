@@ -198,6 +198,8 @@ private slots:
 
 private:
     void fitCoordRect();
+    // Leaves the time window for the whole range and says so.
+    void showWholeRange();
     QRectF dataAreaInViewport() const;
     bool dataLimits(double& xMin, double& xMax) const;
     double minimumSpan(double xMin, double xMax) const;
