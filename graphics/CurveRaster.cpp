@@ -151,13 +151,12 @@ void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Curs
 
 void Counter::begin(const QRect& target)
 {
-    m_target = target;
     m_left = target.left();
     m_top = target.top();
     m_width = std::max(0, target.width());
     m_height = std::max(0, target.height());
     const size_t cells = size_t(m_width) * size_t(m_height + 1);
-    // Zeroed memory stays zeroed: resolve() clears what it read.
+    // Zeroed memory stays zeroed: resolveSum() clears what it read.
     if (m_diff.size() < cells)
         m_diff.resize(cells, 0);
     m_lo.assign(size_t(m_width), m_height);

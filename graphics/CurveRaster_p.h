@@ -71,15 +71,14 @@ void mapColumns(const CoordMapping& mapping, double m11, double dx, const double
 
 // Crossing counts of one target rectangle, column by column (a column of
 // dense data stays in the first levels of cache). Every point and span goes
-// into a difference array; resolve() sums them down each column and leaves
-// the counter zeroed for the next use.
+// into a difference array; resolveSum() sums them down each column and
+// leaves the counter zeroed for the next use.
 class Counter
 {
 public:
     // Starts counting into \a target (device pixels). Memory is kept between
     // uses and grows to the largest target seen.
     void begin(const QRect& target);
-    const QRect& target() const { return m_target; }
 
     // Pixel (c, r) of the first point of a run.
     void point(int c, int r)
@@ -87,39 +86,10 @@ public:
         if (inside(c, r))
             addSpan(c - m_left, r - m_top, r - m_top);
     }
-    // The segment from pixel (c0, r0) to pixel (c1, r1), without its start.
-    void segment(int c0, int r0, int c1, int r1)
-    {
-        if (c0 == c1)
-            column(c0, r0, r1);
-        else
-            slanted(c0, r0, c1, r1);
-    }
-    // A segment within column c from row r0 to row r1, without r0.
-    void column(int c, int r0, int r1)
-    {
-        const unsigned col = unsigned(c - m_left);
-        if (col >= unsigned(m_width))
-            return;
-        // Rows r0 + 1 .. r1 going down, r1 .. r0 - 1 going up.
-        int lo = r1 > r0 ? r0 + 1 : r1;
-        int hi = r1 > r0 ? r1 : r0 - 1;
-        lo = std::max(lo, m_top) - m_top;
-        hi = std::min(hi, m_top + m_height - 1) - m_top;
-        if (lo <= hi)
-            addSpan(int(col), lo, hi);
-    }
-
     // The polyline through the pixels (columns[i], rows[i]), i < n, carrying
     // on from \a cursor; pixels marked kNoPixel are left out and their
     // neighbours joined.
     void polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor);
-
-    // Calls \a sink(column, row, count) for every pixel with a count above
-    // zero, column by column, rows ascending, in target-relative pixels, and
-    // zeroes the counter.
-    template <class Sink>
-    void resolve(Sink&& sink);
 
 private:
     template <class Sink>
@@ -138,7 +108,6 @@ private:
     }
     void slanted(int c0, int r0, int c1, int r1);
 
-    QRect m_target;
     int m_left = 0;
     int m_top = 0;
     int m_width = 0;
@@ -148,33 +117,9 @@ private:
     std::vector<int> m_hi;       // last touched row per column
 };
 
-// Like Counter::resolve, over the sum of several counters of one target.
-template <class Sink>
-void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink);
-
-template <class Sink>
-void Counter::resolve(Sink&& sink)
-{
-    const size_t stride = size_t(m_height + 1);
-    for (int col = 0; col < m_width; ++col) {
-        const int lo = m_lo[size_t(col)];
-        const int hi = m_hi[size_t(col)];
-        if (lo > hi)
-            continue;
-        qint32* d = m_diff.data() + size_t(col) * stride;
-        qint32 acc = 0;
-        for (int row = lo; row <= hi; ++row) {
-            acc += d[row];
-            d[row] = 0;
-            if (acc > 0)
-                sink(col, row, quint32(acc));
-        }
-        d[hi + 1] = 0;
-        m_lo[size_t(col)] = m_height;
-        m_hi[size_t(col)] = -1;
-    }
-}
-
+// Calls \a sink(column, row, count) for every pixel whose count, summed over
+// the first \a used counters (all of one target), is above zero, column by
+// column, rows ascending, in target-relative pixels; zeroes the counters.
 template <class Sink>
 void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink)
 {

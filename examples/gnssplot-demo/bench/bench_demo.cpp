@@ -37,6 +37,15 @@ void paintView(CurveGraphicsView* view, QImage* target)
     view->viewport()->render(&painter);
 }
 
+// An image the size of the view's viewport, with the view painted into it
+// once, so that a benchmark's first iteration starts from a shown picture.
+QImage paintedFrame(CurveGraphicsView* view)
+{
+    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    paintView(view, &frame);
+    return frame;
+}
+
 std::unique_ptr<ObservationSource> makeSource(bool rinex, benchmark::State& state)
 {
     if (!rinex)
@@ -119,7 +128,7 @@ void BM_WheelStep(benchmark::State& state)
     if (!showLoaded(window, state))
         return;
     CurveGraphicsView* view = window.view();
-    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage frame = paintedFrame(view);
     const QPointF at(view->viewport()->width() / 2.0, view->viewport()->height() / 2.0);
     int step = 0;
     for (auto _ : state) {
@@ -141,7 +150,7 @@ void BM_ViewPaint(benchmark::State& state)
     DemoWindow window;
     if (!showLoaded(window, state))
         return;
-    QImage frame(window.view()->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage frame = paintedFrame(window.view());
     for (auto _ : state)
         paintView(window.view(), &frame);
 }
@@ -155,8 +164,7 @@ void BM_SecondBandBox(benchmark::State& state)
     if (!showLoaded(window, state))
         return;
     CurveGraphicsView* view = window.view();
-    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
-    paintView(view, &frame);
+    QImage frame = paintedFrame(view);
     // The F 2 box sits 70 pixels left of the data area's left edge and 65
     // below its top, in the frame's (and so the scene's) coordinates.
     const double dataHeight = std::trunc(view->viewport()->height() * 25.0 / 27.0);
@@ -181,8 +189,7 @@ void BM_ShowOneAndBack(benchmark::State& state)
     if (!showLoaded(window, state))
         return;
     CurveGraphicsView* view = window.view();
-    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
-    paintView(view, &frame);
+    QImage frame = paintedFrame(view);
     const QString one = window.host()->curveNames().value(0);
     bool alone = false;
     for (auto _ : state) {
