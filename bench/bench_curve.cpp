@@ -303,7 +303,8 @@ void BM_Ours_DayWheel(benchmark::State& state)
 }
 
 // A Ctrl+wheel time-zoom step about the cursor and the paint after it, in
-// and out in turn: the same one rebuild of every item as a Y wheel step.
+// and out in turn: one rebuild of every item, as a Y wheel step, with the
+// X columns found again instead of the Y rows.
 void BM_Ours_DayTimeZoom(benchmark::State& state)
 {
     DayPlot plot;

@@ -592,30 +592,113 @@ bool CurveGraphicsItem_Curve_XY::layerTargetFor(const QTransform& deviceTransfor
 }
 
 void CurveGraphicsItem_Curve_XY::countRun(const Run& run, qint64 begin, qint64 end,
-                                          const double* ys, const LayerTarget& target,
+                                          const RowSource& source, const LayerTarget& target,
                                           CurveRaster::Counter& counter) const
 {
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);
-    const qint32* columns = m_columns.data();
+    const auto columnAt = [&](qint64 j) {
+        return m_columnsAsSteps ? m_steps.at(j) : m_columns[size_t(j)];
+    };
     // A piece that starts inside the run carries on from the last point
-    // before it, so that splitting a run changes no pixel.
+    // before it, so that splitting a run changes no pixel. Its row is mapped
+    // afresh: the cache there may be another piece's to fill.
     CurveRaster::Cursor cursor;
     for (qint64 j = begin - 1; j >= run.begin; --j) {
+        const qint32 column = columnAt(j);
         qint32 row = 0;
-        CurveRaster::mapRows(mapping, target.m22, target.dy, ys + j, columns + j, 1, &row);
+        CurveRaster::mapRows(mapping, target.m22, target.dy, source.ys + j, &column, 1, &row);
         if (row != CurveRaster::kNoPixel) {
-            cursor = CurveRaster::Cursor{false, columns[j], row};
+            cursor = CurveRaster::Cursor{false, column, row};
             break;
         }
     }
     constexpr qint64 kBlock = 1024;
-    qint32 rows[kBlock];
+    qint32 columnBlock[kBlock];
+    qint32 rowBlock[kBlock];
     for (qint64 j = begin; j <= end; j += kBlock) {
         const qint64 n = std::min(kBlock, end - j + 1);
-        CurveRaster::mapRows(mapping, target.m22, target.dy, ys + j, columns + j, n, rows);
-        counter.polyline(columns + j, rows, n, cursor);
+        const qint32* columns = columnBlock;
+        if (m_columnsAsSteps)
+            m_steps.fill(j, n, columnBlock);
+        else
+            columns = m_columns.data() + j;
+        const qint32* rows = rowBlock;
+        if (source.cached) {
+            for (const auto& range : source.fill) {
+                const qint64 lo = std::max(j, range[0]);
+                const qint64 hi = std::min(j + n - 1, range[1]);
+                if (lo <= hi)
+                    CurveRaster::mapRows(mapping, target.m22, target.dy, source.ys + lo,
+                                         columns + (lo - j), hi - lo + 1, source.cached + lo);
+            }
+            rows = source.cached + j;
+        } else {
+            CurveRaster::mapRows(mapping, target.m22, target.dy, source.ys + j, columns, n,
+                                 rowBlock);
+        }
+        counter.polyline(columns, rows, n, cursor);
     }
+}
+
+bool CurveGraphicsItem_Curve_XY::RowsKey::operator==(const RowsKey& o) const
+{
+    return yMin == o.yMin && yMax == o.yMax && top == o.top && height == o.height
+           && m22 == o.m22 && dy == o.dy && bYDown == o.bYDown && ys == o.ys && count == o.count
+           && dataVersion == o.dataVersion;
+}
+
+CurveGraphicsItem_Curve_XY::RowSource CurveGraphicsItem_Curve_XY::rowSource(
+    int yIndex, const LayerTarget& target)
+{
+    RowSource source;
+    source.ys = m_source.ys[size_t(yIndex)];
+    // Rows are kept only where they depend on Y alone: with every sample
+    // in a column, which X in order gives unless the area has no width.
+    if (!m_columnsAsSteps || !m_steps.allPlaced())
+        return source;
+    if (m_rowCaches.size() < m_source.ys.size())
+        m_rowCaches.resize(m_source.ys.size());
+    RowCache& cache = m_rowCaches[size_t(yIndex)];
+    const QRectF area = boundingRect();
+    const RowsKey key{m_source.yMin,    m_source.yMax, area.top(),
+                      area.height(),    target.m22,    target.dy,
+                      m_yDown,          source.ys,     m_source.counts[size_t(yIndex)],
+                      m_dataVersion};
+    if (!(cache.key == key)) {
+        // Left uninitialised: pages are touched only as rows are filled.
+        if (key.count != cache.key.count)
+            cache.rows.reset(new qint32[size_t(key.count)]);
+        cache.key = key;
+        cache.first = 0;
+        cache.last = -1;
+    }
+    // What this build walks; rows already there are read, the rest filled.
+    // Ranges that do not meet start the cache afresh, so it always holds
+    // one stretch of samples.
+    const qint64 first = m_visibleFirst;
+    const qint64 last = std::min(m_visibleLast, key.count - 1);
+    if (first > last)
+        return source;
+    if (last < cache.first - 1 || first > cache.last + 1) {
+        cache.first = 0;
+        cache.last = -1;
+    }
+    if (cache.first > cache.last) {
+        source.fill[0][0] = first;
+        source.fill[0][1] = last;
+        cache.first = first;
+        cache.last = last;
+    } else {
+        source.fill[0][0] = first;
+        source.fill[0][1] = cache.first - 1;
+        source.fill[1][0] = cache.last + 1;
+        source.fill[1][1] = last;
+        cache.first = std::min(cache.first, first);
+        cache.last = std::max(cache.last, last);
+    }
+    source.cached = cache.rows.get();
+    return source;
 }
 
 namespace {
@@ -654,14 +737,15 @@ void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);
     const double* xs = m_source.xs;
-    m_columns.resize(size_t(count));
     // With X in order (time, as a rule) only the samples whose columns fall
     // in the layer, and one neighbour on each side for the segments that
     // enter and leave it, can set a pixel: a zoomed window maps and counts
     // only those.
     qint64 first = 0;
     qint64 last = count - 1;
-    if (count > 0 && std::isfinite(mapping.rx) && mapping.rx > 0.0 && xSorted(count)) {
+    m_columnsAsSteps = count > 0 && std::isfinite(mapping.rx) && mapping.rx > 0.0
+                       && xSorted(count);
+    if (m_columnsAsSteps) {
         const auto column = [&](qint64 j) {
             qint32 c = 0;
             CurveRaster::mapColumns(mapping, target.m11, target.dx, xs + j, 1, &c);
@@ -679,8 +763,15 @@ void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
         first = std::max<qint64>(0, inside - 1);
         last = std::min(count - 1, beyond);
     }
-    CurveRaster::mapColumns(mapping, target.m11, target.dx, xs + first, last - first + 1,
-                            m_columns.data() + first);
+    if (m_columnsAsSteps) {
+        m_steps.build(mapping, target.m11, target.dx, xs, first, last);
+        std::vector<qint32>().swap(m_columns);
+    } else {
+        m_columns.resize(size_t(count));
+        CurveRaster::mapColumns(mapping, target.m11, target.dx, xs, count, m_columns.data());
+        // Rows are kept only for X in order.
+        m_rowCaches.clear();
+    }
     m_visibleFirst = first;
     m_visibleLast = last;
     m_columnsKey = key;
@@ -742,7 +833,7 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target, int ways)
             continue;
         }
         // Thin runs first, counted; they blend into the layer once.
-        if (countThinRuns(runs, ys, target, ways, counters)) {
+        if (countThinRuns(runs, rowSource(k, target), target, ways, counters)) {
             if (painter.isActive())
                 painter.end();
             const CurveRaster::BlendTable table(
@@ -779,7 +870,8 @@ void CurveGraphicsItem_Curve_XY::buildLayer(const LayerTarget& target, int ways)
     }
 }
 
-bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs, const double* ys,
+bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs,
+                                               const RowSource& source,
                                                const LayerTarget& target, int ways,
                                                std::vector<CurveRaster::Counter>& counters) const
 {
@@ -806,7 +898,7 @@ bool CurveGraphicsItem_Curve_XY::countThinRuns(const std::vector<Run>& runs, con
             const qint64 begin = run.begin + length * t / ways;
             const qint64 end = run.begin + length * (t + 1) / ways - 1;
             if (begin <= end)
-                countRun(run, begin, end, ys, target, counters[size_t(t)]);
+                countRun(run, begin, end, source, target, counters[size_t(t)]);
         }
     };
     if (ways == 1) {

@@ -2,6 +2,7 @@
 #ifndef GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H
 #define GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H
 
+#include "CurveRaster_p.h"
 #include "CurveScene.h"
 
 #include <QGraphicsObject>
@@ -14,6 +15,7 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -22,9 +24,6 @@ class Curve_Coord_XY;
 class Curve_DataSet;
 class Curve_DataSet_XY;
 class QPainter;
-namespace CurveRaster {
-class Counter;
-}
 
 /*
     What every curve item needs: the registry, the coordinate, the curve's name
@@ -226,6 +225,16 @@ private:
         int yIndexes = 0;               // axis count - 1
     };
 
+    // What counting the thin runs of one Y index reads: its values and,
+    // while X is in order, its row cache and the two sample ranges of the
+    // cache that this build fills before reading them.
+    struct RowSource
+    {
+        const double* ys = nullptr;
+        qint32* cached = nullptr;
+        qint64 fill[2][2] = {{0, -1}, {0, -1}};
+    };
+
     bool takeSource();
     void updateRuns();
     void countPoints();
@@ -236,10 +245,12 @@ private:
     // Samples drawn over all Y indexes, as of the last source taken.
     qint64 sampleCount() const;
     void buildLayer(const LayerTarget& target, int ways);
-    void countRun(const Run& run, qint64 begin, qint64 end, const double* ys,
+    RowSource rowSource(int yIndex, const LayerTarget& target);
+    void countRun(const Run& run, qint64 begin, qint64 end, const RowSource& source,
                   const LayerTarget& target, CurveRaster::Counter& counter) const;
-    bool countThinRuns(const std::vector<Run>& runs, const double* ys, const LayerTarget& target,
-                       int ways, std::vector<CurveRaster::Counter>& counters) const;
+    bool countThinRuns(const std::vector<Run>& runs, const RowSource& source,
+                       const LayerTarget& target, int ways,
+                       std::vector<CurveRaster::Counter>& counters) const;
     void mapRun(const Run& run, const double* ys, QPolygon& out) const;
     void drawRuns(QPainter* painter, bool reduceThin) const;
     void recolourYPens(bool bSingle);
@@ -264,8 +275,11 @@ private:
     Source m_source;
     std::vector<std::vector<Run>> m_runs;  // per Y index
     bool m_runsValid = false;
-    // Device column of each X sample for the columns key below; INT_MIN
-    // where the sample has no place on the axis.
+    // Device columns of the X samples for the columns key below: as steps
+    // when X is in order, else one per sample (kNoPixel where a sample has
+    // no place on the axis).
+    bool m_columnsAsSteps = false;
+    CurveRaster::ColumnSteps m_steps;
     std::vector<qint32> m_columns;
     struct ColumnsKey
     {
@@ -279,6 +293,26 @@ private:
     // layer (all of them unless X is in order).
     qint64 m_visibleFirst = 0;
     qint64 m_visibleLast = -1;
+    // Device rows per Y index, kept while X is in order so that moving or
+    // zooming the time window maps no Y value again. Filled for the samples
+    // of thin runs from first to last; memory is taken as it is filled.
+    struct RowsKey
+    {
+        double yMin = 0.0, yMax = 0.0, top = 0.0, height = 0.0, m22 = 0.0, dy = 0.0;
+        bool bYDown = false;
+        const double* ys = nullptr;
+        qint64 count = -1;
+        quint64 dataVersion = 0;
+        bool operator==(const RowsKey& o) const;
+    };
+    struct RowCache
+    {
+        RowsKey key;
+        std::unique_ptr<qint32[]> rows;
+        qint64 first = 0;
+        qint64 last = -1;
+    };
+    std::vector<RowCache> m_rowCaches;
     quint64 m_dataVersion = 1;
     // Bumped by every change that can alter a pixel of the item.
     quint64 m_version = 1;

@@ -99,6 +99,77 @@ void mapColumns(const CoordMapping& mapping, double m11, double dx, const double
     }
 }
 
+void ColumnSteps::build(const CoordMapping& mapping, double m11, double dx, const double* xs,
+                        qint64 first, qint64 last)
+{
+    m_starts.clear();
+    m_columns.clear();
+    m_end = std::max(first, last + 1);
+    const auto column = [&](qint64 j) {
+        qint32 c = 0;
+        mapColumns(mapping, m11, dx, xs + j, 1, &c);
+        return c;
+    };
+    // Each step ends where the column first changes. The last step's length
+    // is the guess for the next: a search about it, widening in both
+    // directions, finds the end of evenly spaced samples in two mappings.
+    qint64 guess = 1;
+    for (qint64 j = first; j <= last;) {
+        const qint32 c = column(j);
+        m_starts.push_back(j);
+        m_columns.push_back(c);
+        // same(k) holds for a prefix of j .. last; find where it ends.
+        const auto same = [&](qint64 k) { return column(k) == c; };
+        qint64 lo = j;         // same(lo)
+        qint64 hi = last + 1;  // !same(hi), or past the end
+        const qint64 probe = std::min(j + guess, last + 1);
+        if (probe <= last && same(probe)) {
+            lo = probe;
+            qint64 step = 1;
+            while (step <= last - lo && same(lo + step)) {
+                lo += step;
+                step *= 2;
+            }
+            hi = std::min(hi, lo + step);
+        } else {
+            hi = probe;
+            qint64 step = 1;
+            while (step < hi - j && !same(hi - step)) {
+                hi -= step;
+                step *= 2;
+            }
+            lo = std::max(lo, hi - step);
+        }
+        while (hi - lo > 1) {
+            const qint64 mid = lo + (hi - lo) / 2;
+            (same(mid) ? lo : hi) = mid;
+        }
+        guess = hi - j;
+        j = hi;
+    }
+}
+
+size_t ColumnSteps::stepOf(qint64 j) const
+{
+    return size_t(std::upper_bound(m_starts.begin(), m_starts.end(), j) - m_starts.begin()) - 1;
+}
+
+void ColumnSteps::fill(qint64 j, qint64 n, qint32* columns) const
+{
+    const qint64 end = j + n;
+    for (size_t s = stepOf(j); j < end; ++s) {
+        const qint64 stop = std::min(end, s + 1 < m_starts.size() ? m_starts[s + 1] : m_end);
+        std::fill(columns, columns + (stop - j), m_columns[s]);
+        columns += stop - j;
+        j = stop;
+    }
+}
+
+qint32 ColumnSteps::at(qint64 j) const
+{
+    return m_columns[stepOf(j)];
+}
+
 void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor)
 {
     qint64 i = 0;

@@ -69,6 +69,37 @@ void mapRows(const CoordMapping& mapping, double m22, double dy, const double* y
 void mapColumns(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 n,
                 qint32* columns);
 
+// The device columns of X samples in order, kept as steps. The mapping is
+// monotone, so the samples of one column are consecutive: a day of samples
+// across a few hundred columns takes a few hundred entries instead of one
+// per sample, and finding them maps a few samples per column, not all.
+class ColumnSteps
+{
+public:
+    // The columns of xs[first .. last], as mapColumns() gives them; the
+    // samples must ascend (equal neighbours allowed) with no NaN.
+    void build(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 first,
+               qint64 last);
+    // The columns of samples j .. j + n - 1, all within the built range.
+    void fill(qint64 j, qint64 n, qint32* columns) const;
+    // The column of sample j, within the built range.
+    qint32 at(qint64 j) const;
+    // How many steps the columns took.
+    size_t size() const { return m_starts.size(); }
+    // Whether every sample has a column (none is kNoPixel).
+    bool allPlaced() const
+    {
+        return std::find(m_columns.begin(), m_columns.end(), kNoPixel) == m_columns.end();
+    }
+
+private:
+    size_t stepOf(qint64 j) const;
+
+    std::vector<qint64> m_starts;   // first sample of each step
+    std::vector<qint32> m_columns;  // the column of each step
+    qint64 m_end = 0;               // one past the last sample
+};
+
 // Crossing counts of one target rectangle, column by column (a column of
 // dense data stays in the first levels of cache). Every point and span goes
 // into a difference array; resolveSum() sums them down each column and

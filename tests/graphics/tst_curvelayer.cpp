@@ -6,6 +6,7 @@
 #include "graphicstestsupport.h"
 
 #include "CurveGraphicsItem_Curve_p.h"
+#include "CurveRaster_p.h"
 #include "CurveGraphicsView.h"
 #include "Curve_Coord_XY.h"
 
@@ -13,10 +14,13 @@
 #include <QPdfWriter>
 #include <QPicture>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QThreadPool>
 
 #include <cmath>
+#include <limits>
 #include <memory>
+#include <numeric>
 
 namespace {
 
@@ -167,6 +171,15 @@ void fillShape(Shape shape, int n, quint32 seed, QVector<double>& ys, std::set<q
         breaks = {0, 5, 1300, 1301, 2800};
 }
 
+// One step of a layer's life: an area to show, and what changes first.
+struct Step
+{
+    enum Change { Nothing, NewValues, NewValuesTwice, XOutOfOrder, Shorter, Lower };
+    double x0, x1, y0, y1;  // the area, X as shares of the samples
+    Change change = Nothing;
+};
+using StepList = QVector<Step>;
+
 struct Setup
 {
     QTransform transform;
@@ -177,6 +190,7 @@ struct Setup
 } // namespace
 
 Q_DECLARE_METATYPE(Shape)
+Q_DECLARE_METATYPE(StepList)
 
 class tst_CurveLayer : public QObject
 {
@@ -184,6 +198,10 @@ class tst_CurveLayer : public QObject
 private slots:
     void sameAsPlainDrawer_data();
     void sameAsPlainDrawer();
+    void columnSteps_data();
+    void columnSteps();
+    void followsChanges_data();
+    void followsChanges();
     void twoYIndexesCompose();
     void viewPreparesOnce();
     void sameForAnyThreadCount();
@@ -276,6 +294,196 @@ void tst_CurveLayer::sameAsPlainDrawer()
     // pixel arrives unchanged.
     target.setDevicePixelRatio(1.0);
     QCOMPARE(target, item.layer());
+}
+
+void tst_CurveLayer::columnSteps_data()
+{
+    QTest::addColumn<QVector<double>>("xs");
+    QTest::addColumn<double>("m11");
+    QTest::addColumn<double>("dx");
+
+    QVector<double> day(86400);
+    std::iota(day.begin(), day.end(), 0.0);
+    QTest::newRow("a day at 1 s") << day << 1.0 << 0.0;
+    QTest::newRow("a day, flipped and offset") << day << -1.0 << 799.5;
+    QTest::newRow("a day at ratio 1.5") << day << 1.5 << 0.25;
+
+    // Bursts, gaps and repeated times; the spacing changes all the time so
+    // that guessing a step's length from the last one keeps failing.
+    QRandomGenerator rng(11);
+    QVector<double> uneven;
+    double t = 0.0;
+    while (uneven.size() < 50000) {
+        const int kind = int(rng.bounded(4));
+        t += kind == 0 ? 0.0 : kind == 1 ? rng.generateDouble() : kind == 2 ? 7.0 : 900.0;
+        uneven.append(t);
+    }
+    QTest::newRow("uneven") << uneven << 1.0 << 0.0;
+
+    QVector<double> sparse;
+    for (int i = 0; i < 300; ++i)
+        sparse.append(i * 3.7);
+    QTest::newRow("fewer samples than columns") << sparse << 1.0 << 0.0;
+
+    QVector<double> extremes{-1e300, -5.0, 0.0, 0.0, 0.0, 1.0, 1e10, 1e300};
+    const double inf = std::numeric_limits<double>::infinity();
+    extremes.prepend(-inf);
+    extremes.append(inf);
+    QTest::newRow("huge and infinite") << extremes << 1.0 << 0.0;
+    QTest::newRow("one sample") << QVector<double>{42.0} << 1.0 << 0.0;
+}
+
+void tst_CurveLayer::columnSteps()
+{
+    QFETCH(QVector<double>, xs);
+    QFETCH(double, m11);
+    QFETCH(double, dx);
+
+    const qint64 n = xs.size();
+    const double span = std::max(1.0, xs.last() - xs.first());
+    const double lo = std::isfinite(xs.first()) ? xs.first() : 0.0;
+    const CoordMapping mapping(QRectF(0, -500, 800, 500), lo, lo + std::min(span, 1e6), -1, 1,
+                               false);
+    std::vector<qint32> expected(static_cast<size_t>(n));
+    CurveRaster::mapColumns(mapping, m11, dx, xs.constData(), n, expected.data());
+
+    // Whole ranges and pieces of them, as a zoomed window asks for.
+    QRandomGenerator rng(3);
+    for (int round = 0; round < 20; ++round) {
+        qint64 first = round == 0 ? 0 : qint64(rng.bounded(quint32(n)));
+        qint64 last = round == 0 ? n - 1 : first + qint64(rng.bounded(quint32(n - first)));
+        CurveRaster::ColumnSteps steps;
+        steps.build(mapping, m11, dx, xs.constData(), first, last);
+        // One step per change of column, no more.
+        size_t changes = 1;
+        for (qint64 j = first + 1; j <= last; ++j)
+            changes += expected[size_t(j)] != expected[size_t(j - 1)] ? 1 : 0;
+        QCOMPARE(steps.size(), changes);
+        std::vector<qint32> filled(size_t(last - first + 1));
+        steps.fill(first, last - first + 1, filled.data());
+        for (qint64 j = first; j <= last; ++j) {
+            QCOMPARE(filled[size_t(j - first)], expected[size_t(j)]);
+            QCOMPARE(steps.at(j), expected[size_t(j)]);
+        }
+        // A piece from the middle, as a counting thread asks for.
+        const qint64 a = first + (last - first) / 3;
+        const qint64 b = std::min(last, a + 1500);
+        std::vector<qint32> piece(size_t(b - a + 1));
+        steps.fill(a, b - a + 1, piece.data());
+        QVERIFY(std::equal(piece.begin(), piece.end(), expected.begin() + a));
+    }
+}
+
+void tst_CurveLayer::followsChanges_data()
+{
+    QTest::addColumn<int>("samples");
+    QTest::addColumn<int>("threads");
+    QTest::addColumn<StepList>("steps");
+
+    const Step whole{0.0, 1.0, -1, 1};
+    QTest::newRow("zoom in time and out") << 7000 << 1
+        << StepList{whole, {0.3, 0.5, -1, 1}, {0.35, 0.4, -1, 1}, whole};
+    QTest::newRow("pan") << 7000 << 1
+        << StepList{{0.2, 0.4, -1, 1}, {0.3, 0.5, -1, 1}, {0.25, 0.45, -1, 1}, {0.1, 0.3, -1, 1}};
+    QTest::newRow("pan away and back") << 7000 << 1
+        << StepList{{0.0, 0.1, -1, 1}, {0.8, 0.9, -1, 1}, {0.0, 0.1, -1, 1}, whole};
+    QTest::newRow("Y between time steps") << 7000 << 1
+        << StepList{{0.3, 0.5, -1, 1}, {0.3, 0.5, -0.5, 0.5}, {0.2, 0.6, -0.5, 0.5},
+                 {0.2, 0.6, -1, 1}};
+    QTest::newRow("new values, same area") << 7000 << 1
+        << StepList{{0.3, 0.5, -1, 1}, whole, {0.0, 1.0, -1, 1, Step::NewValues},
+                 {0.3, 0.5, -1, 1}};
+    // Two publishes between pictures may hand back the first block, at the
+    // address the item saw before.
+    QTest::newRow("new values twice") << 7000 << 1
+        << StepList{whole, {0.0, 1.0, -1, 1, Step::NewValuesTwice},
+                    {0.0, 1.0, -1, 1, Step::NewValuesTwice}};
+    QTest::newRow("X out of order and back") << 7000 << 1
+        << StepList{whole, {0.0, 1.0, -1, 1, Step::XOutOfOrder}, {0.0, 1.0, -1, 1, Step::NewValues},
+                 {0.2, 0.4, -1, 1}};
+    QTest::newRow("fewer samples") << 7000 << 1
+        << StepList{whole, {0.0, 1.0, -1, 1, Step::Shorter}, {0.1, 0.5, -1, 1}};
+    QTest::newRow("lower area") << 7000 << 1
+        << StepList{{0.2, 0.6, -1, 1}, {0.2, 0.6, -1, 1, Step::Lower}, {0.3, 0.5, -1, 1}};
+    QTest::newRow("pieces on two threads") << 600000 << 2
+        << StepList{whole, {0.3, 0.7, -1, 1}, {0.2, 0.9, -1, 1}, {0.2, 0.9, -0.5, 0.5}, whole};
+}
+
+void tst_CurveLayer::followsChanges()
+{
+    // One item painted after every step and compared with the plain drawer:
+    // whatever it keeps from one picture to the next must never show.
+    QFETCH(int, samples);
+    QFETCH(int, threads);
+    QFETCH(StepList, steps);
+
+    const int poolThreads = QThreadPool::globalInstance()->maxThreadCount();
+    QThreadPool::globalInstance()->setMaxThreadCount(threads);
+    const auto restore = qScopeGuard(
+        [poolThreads]() { QThreadPool::globalInstance()->setMaxThreadCount(poolThreads); });
+
+    int n = samples;
+    QVector<double> xs(n);
+    std::iota(xs.begin(), xs.end(), 0.0);
+    QVector<double> ys;
+    std::set<qint64> breaks;
+    // Rows of another row's data must not be what freed memory holds here.
+    const quint32 seed = qHash(QByteArray(QTest::currentDataTag()));
+    fillShape(Noise, n, seed, ys, breaks);
+    Curve_DataSet_XY dataSet(1);
+    gt::fillAxis(dataSet.getAxisData(0), xs);
+    gt::fillAxis(dataSet.getAxisData(1), ys);
+    Curve_Coord_XY coord;
+    CurveGraphicsItem_Curve_XY item(nullptr, &coord, QString(), &dataSet, nullptr);
+    item.switchOnListen();
+    item.setPenColor(QColor(200, 40, 40, 90));
+    item.setDataArea(300, 180);
+
+    QImage target(QSize(320, 200), QImage::Format_ARGB32_Premultiplied);
+    for (int i = 0; i < steps.size(); ++i) {
+        const Step& step = steps.at(i);
+        switch (step.change) {
+        case Step::Nothing: break;
+        case Step::NewValues:
+            std::iota(xs.begin(), xs.end(), 0.0);
+            fillShape(Steps, n, seed + quint32(i), ys, breaks);
+            gt::fillAxis(dataSet.getAxisData(0), xs);
+            gt::fillAxis(dataSet.getAxisData(1), ys);
+            break;
+        case Step::NewValuesTwice:
+            for (int twice = 0; twice < 2; ++twice) {
+                fillShape(twice ? Spikes : Steps, n, seed + quint32(i), ys, breaks);
+                gt::fillAxis(dataSet.getAxisData(1), ys);
+            }
+            break;
+        case Step::XOutOfOrder:
+            for (int j = 0; j < n; ++j)
+                xs[j] = j + 0.08 * n * std::sin(j * 60.0 / n);
+            gt::fillAxis(dataSet.getAxisData(0), xs);
+            break;
+        case Step::Shorter:
+            n = n * 2 / 3;
+            xs.resize(n);
+            ys.resize(n);
+            gt::fillAxis(dataSet.getAxisData(0), xs);
+            gt::fillAxis(dataSet.getAxisData(1), ys);
+            break;
+        case Step::Lower: item.setDataArea(300, 120); break;
+        }
+        QVERIFY(coord.setArea(step.x0 * (n - 1), step.x1 * (n - 1), step.y0, step.y1));
+        target.fill(0);
+        QPainter painter(&target);
+        painter.translate(0, 190);
+        const QTransform device = painter.deviceTransform();
+        item.paint(&painter, nullptr, nullptr);
+        painter.end();
+        const QImage expected = referenceLayer(item, device, target.size());
+        if (item.layer() != expected) {
+            item.layer().save("/tmp/gnssplot_layer.png");
+            expected.save("/tmp/gnssplot_layer_expected.png");
+        }
+        QVERIFY2(item.layer() == expected, qPrintable(QStringLiteral("step %1").arg(i)));
+    }
 }
 
 void tst_CurveLayer::twoYIndexesCompose()
