@@ -123,6 +123,9 @@ struct OurPlot
         view.show();
         view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
         QCoreApplication::processEvents();
+        // The target is the window system's buffer, long there when the
+        // host loads data, as QCustomPlot's is once it has been shown.
+        image.fill(Qt::white);
     }
     // Paints the viewport as the window system asks for it on screen.
     void render()
@@ -316,6 +319,29 @@ void BM_Ours_DayTimeZoom(benchmark::State& state)
         QApplication::sendEvent(plot.view.viewport(), &event);
         plot.render();
         delta = -delta;
+    }
+}
+
+// A quarter of the day panned by a tenth of its width, to and fro, as a drag
+// does it: the columns are found again, the rows of the samples that stay
+// in view are kept.
+void BM_Ours_DayTimePan(benchmark::State& state)
+{
+    DayPlot plot;
+    plot.view.setTimeNavigationEnabled(true);
+    double tMin = 0.0;
+    double tMax = 0.0;
+    plot.view.getTimeWindow(tMin, tMax);
+    const double quarter = (tMax - tMin) / 4.0;
+    tMin += 1.5 * quarter;
+    plot.view.setTimeWindow(tMin, tMin + quarter);
+    plot.render();
+    double shift = quarter / 10.0;
+    for (auto _ : state) {
+        tMin += shift;
+        plot.view.setTimeWindow(tMin, tMin + quarter);
+        plot.render();
+        shift = -shift;
     }
 }
 
@@ -537,6 +563,7 @@ BENCHMARK(BM_PlainRead)->Apply(curveSizes);
 BENCHMARK(BM_AxisPublish)->Apply(curveSizes);
 BENCHMARK(BM_Ours_DayWheel)->Unit(benchmark::kMillisecond)->ArgName("threads")->Arg(1)->Arg(2);
 BENCHMARK(BM_Ours_DayTimeZoom)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Ours_DayTimePan)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayHover)->Arg(240)->Arg(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayResize)->Unit(benchmark::kMillisecond);
 #ifdef GNSSPLOT_BENCH_PEERS
