@@ -218,20 +218,61 @@ void CurveGraphicsItem_Curve_XY::pixelsChanged()
 
 namespace {
 
-// The whole device in device pixels.
-QRect devicePixels(const QPainter* painter)
+// Where a layer is made for a painter: the device transform and the
+// device's pixels as the device sees itself, and where its origin lies on
+// the surface actually painted. A widget is painted into its window's buffer
+// (or a QWidget::render() target) at an offset that its painter's device
+// transform carries. The layer is made without that offset, as the view
+// prepares it, and drawn shifted by it; only a fractional offset, which no
+// shift of whole pixels can express, is kept in the transform.
+struct LayerSpace
 {
+    QTransform transform;
+    QRect device;
+    QPoint shift;
+};
+
+LayerSpace layerSpace(const QPainter* painter)
+{
+    LayerSpace space;
+    space.transform = painter->deviceTransform();
     const QPaintDevice* device = painter->device();
     if (!device)
-        return QRect();
-    // Images and pixmaps measure themselves in pixels; widgets in logical
-    // units.
+        return space;
+    // Images and pixmaps measure themselves in pixels and are painted as
+    // they are.
     const int type = device->devType();
-    if (type == QInternal::Image || type == QInternal::Pixmap)
-        return QRect(0, 0, device->width(), device->height());
-    const double ratio = device->devicePixelRatioF();
-    return QRect(0, 0, int(std::ceil(device->width() * ratio)),
-                 int(std::ceil(device->height() * ratio)));
+    if (type == QInternal::Image || type == QInternal::Pixmap) {
+        space.device = QRect(0, 0, device->width(), device->height());
+        return space;
+    }
+    // Widgets measure themselves in logical units; what the device transform
+    // adds to the world transform is the scale to pixels and the offset.
+    bool invertible = false;
+    const QTransform toSurface =
+        painter->worldTransform().inverted(&invertible) * space.transform;
+    QRectF area(0, 0, device->width(), device->height());
+    if (invertible && toSurface.type() <= QTransform::TxScale) {
+        // The offset comes out of inverting the world transform, a rounding
+        // error away from the whole pixels it is.
+        const QPoint whole(int(std::lround(toSurface.dx())), int(std::lround(toSurface.dy())));
+        if (std::abs(whole.x() - toSurface.dx()) < 1e-6
+            && std::abs(whole.y() - toSurface.dy()) < 1e-6) {
+            space.shift = whole;
+            space.transform *= QTransform::fromTranslate(-whole.x(), -whole.y());
+            area = QTransform::fromScale(toSurface.m11(), toSurface.m22()).mapRect(area);
+        } else {
+            area = toSurface.mapRect(area);
+        }
+    } else {
+        const double ratio = device->devicePixelRatioF();
+        area = QRectF(0, 0, device->width() * ratio, device->height() * ratio);
+    }
+    const double left = std::floor(area.left());
+    const double top = std::floor(area.top());
+    space.device = QRect(int(left), int(top), int(std::ceil(area.right()) - left),
+                         int(std::ceil(area.bottom()) - top));
+    return space;
 }
 
 bool near(double a, double b)
@@ -959,12 +1000,12 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
     const QPaintEngine* engine = painter->paintEngine();
     if (!engine)
         return;
-    const QTransform transform = painter->deviceTransform();
     const bool raster = engine->type() == QPaintEngine::Raster;
     LayerTarget target;
+    const LayerSpace space = raster ? layerSpace(painter) : LayerSpace();
     if (raster && !painter->testRenderHint(QPainter::Antialiasing)
         && painter->compositionMode() == QPainter::CompositionMode_SourceOver
-        && layerTargetFor(transform, devicePixels(painter), &target)) {
+        && layerTargetFor(space.transform, space.device, &target)) {
         if (!layerIsCurrent(target)) {
             updateRuns();
             buildLayer(target, splitWays(sampleCount()));
@@ -973,8 +1014,9 @@ void CurveGraphicsItem_Curve_XY::paint(QPainter* painter, const QStyleOptionGrap
             return;
         painter->save();
         // Device pixels one to one: the layer was made at device resolution.
-        painter->setWorldTransform(transform.inverted() * painter->worldTransform());
-        painter->drawImage(m_layerTarget.bounds.topLeft(), m_layer);
+        painter->setWorldTransform(painter->deviceTransform().inverted()
+                                   * painter->worldTransform());
+        painter->drawImage(m_layerTarget.bounds.topLeft() + space.shift, m_layer);
         painter->restore();
         return;
     }

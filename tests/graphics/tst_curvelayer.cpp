@@ -10,6 +10,7 @@
 #include "CurveGraphicsView.h"
 #include "Curve_Coord_XY.h"
 
+#include <QBoxLayout>
 #include <QBuffer>
 #include <QPdfWriter>
 #include <QPicture>
@@ -205,6 +206,7 @@ private slots:
     void twoYIndexesCompose();
     void viewPreparesOnce();
     void sameForAnyThreadCount();
+    void insideAWindow();
     void otherDevices();
 };
 
@@ -608,6 +610,46 @@ void tst_CurveLayer::sameForAnyThreadCount()
     }
     QThreadPool::globalInstance()->setMaxThreadCount(threads);
     QVERIFY(images[0] == images[1]);
+}
+
+void tst_CurveLayer::insideAWindow()
+{
+    // A view below and right of other widgets is painted into the window's
+    // buffer at an offset. Its curves must reach every edge of the data area
+    // there too, from the layers the view prepared.
+    QWidget window;
+    auto* rows = new QVBoxLayout(&window);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    auto* above = new QWidget;
+    above->setFixedHeight(57);
+    rows->addWidget(above);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(0);
+    auto* beside = new QWidget;
+    beside->setFixedWidth(31);
+    columns->addWidget(beside);
+    ShownView shown(3, 5000);
+    columns->addWidget(&shown.view);
+    rows->addLayout(columns);
+    window.resize(671, 457);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTest::qWait(10);
+    const quint64 builds = shown.builds();
+
+    const QImage whole = window.grab().toImage();
+    const QImage alone = shown.grab();
+    const QPoint at = shown.view.viewport()->mapTo(&window, QPoint(0, 0));
+    QCOMPARE(at, QPoint(31, 57));
+    const QImage inWindow = whole.copy(QRect(at, alone.size()));
+    if (inWindow != alone) {
+        inWindow.save("/tmp/gnssplot_in_window.png");
+        alone.save("/tmp/gnssplot_alone.png");
+    }
+    QVERIFY(inWindow == alone);
+    // Both paints used the layers made before them.
+    QCOMPARE(shown.builds(), builds);
 }
 
 void tst_CurveLayer::otherDevices()
