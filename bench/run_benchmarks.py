@@ -168,6 +168,8 @@ def main():
               '', '| time navigation and hover | ours | target |', '|---|---|---|',
               f'| one Ctrl+wheel time-zoom step + paint | {fmt(g("BM_Ours_DayTimeZoom"))} '
               f'| <= one wheel step ({ratio(g("BM_Ours_DayTimeZoom"), day2)}) |',
+              f'| quarter-day window panned by a tenth + paint | {fmt(g("BM_Ours_DayTimePan"))} '
+              f'| - ({ratio(g("BM_Ours_DayTimePan"), day2)} of a wheel step) |',
               f'| hover query, 145 curves, on the curves | {fmt(g("BM_Ours_DayHover", 240))} '
               '| < 2 |',
               f'| hover query, 145 curves, above them | {fmt(g("BM_Ours_DayHover", 20))} '
