@@ -124,6 +124,12 @@ public:
         there are no data. */
     void getTimeWindow(double& tMin, double& tMax) const;
 
+    /*! Where the data area (the curves' rectangle, without the axis labels)
+        lies in the viewport, in viewport pixels; empty without a scene.
+        A host aligns other widgets with it, as the demo aligns the epoch
+        table's bars. */
+    QRectF dataAreaInViewport() const;
+
     /*! Puts the X ticks on round times of day (true) or back on the eleven
         evenly spaced ticks (false, the default) and relabels at once. */
     void setRoundTimeTicks(bool bRound);
@@ -200,7 +206,6 @@ private:
     void fitCoordRect();
     // Leaves the time window for the whole range and says so.
     void showWholeRange();
-    QRectF dataAreaInViewport() const;
     bool dataLimits(double& xMin, double& xMax) const;
     double minimumSpan(double xMin, double xMax) const;
     bool fitWindow(double& tMin, double& tMax, bool& bActive) const;

@@ -126,8 +126,9 @@ void tst_DemoWindow::dragMarkApplyAndReadBack()
     // Rows and buttons in global pixels, as the demo reports them.
     QMap<int, QPair<QString, QRect>> rowsByTop;
     QRect apply;
+    QRect plot;
     const QRegularExpression geometry(
-        QStringLiteral("^(row|button) (\\S+) (-?\\d+) (-?\\d+) (\\d+) (\\d+)$"));
+        QStringLiteral("^(row|button|plot) ?(\\S*) (-?\\d+) (-?\\d+) (\\d+) (\\d+)$"));
     for (const QString& line : demo.seen()) {
         const QRegularExpressionMatch m = geometry.match(line);
         if (!m.hasMatch())
@@ -136,12 +137,27 @@ void tst_DemoWindow::dragMarkApplyAndReadBack()
                       m.captured(6).toInt());
         if (m.captured(1) == QLatin1String("row"))
             rowsByTop.insert(r.top(), qMakePair(m.captured(2), r));
+        else if (m.captured(1) == QLatin1String("plot"))
+            plot = r;
         else if (m.captured(2) == QLatin1String("apply"))
             apply = r;
     }
     QVERIFY2(rowsByTop.size() >= 4, qPrintable(demo.seen().join(QLatin1Char('\n'))));
     QVERIFY(apply.isValid());
     const QList<QPair<QString, QRect>> rows = rowsByTop.values();
+    // Bars and curves share one time axis on screen: an epoch sits at the
+    // same x in both, to a pixel.
+    QVERIFY(plot.isValid());
+    for (const auto& row : rows) {
+        QVERIFY2(std::abs(row.second.left() - plot.left()) <= 1
+                     && std::abs(row.second.right() - plot.right()) <= 1,
+                 qPrintable(QStringLiteral("%1: bars %2..%3, plot %4..%5")
+                                .arg(row.first)
+                                .arg(row.second.left())
+                                .arg(row.second.right())
+                                .arg(plot.left())
+                                .arg(plot.right())));
+    }
 
     // Drag from 30 % to 45 % of the day, from the middle of the second row
     // to the middle of the fourth: rows two, three and four get the mark.

@@ -3,6 +3,7 @@
 
 #include "DemoHost.h"
 #include "DemoWindow.h"
+#include "MultipathView.h"
 #include "ReadbackPanel.h"
 
 #include <gnssplot.h>
@@ -64,6 +65,14 @@ void ScriptReport::reportLayout()
             continue;
         geometry(QStringLiteral("row ") + item->data(Qt::UserRole).toString(), bars);
     }
+    // The plot's data area, to hold the bars against.
+    const QRect area = m_window->view()->dataAreaInViewport().toRect();
+    const QPoint areaTopLeft = m_window->view()->viewport()->mapToGlobal(area.topLeft());
+    line(QStringLiteral("plot %1 %2 %3 %4")
+             .arg(areaTopLeft.x())
+             .arg(areaTopLeft.y())
+             .arg(area.width())
+             .arg(area.height()));
     geometry(QStringLiteral("button apply"), m_window->panel()->applyButton());
     geometry(QStringLiteral("button undo"), m_window->panel()->undoButton());
     geometry(QStringLiteral("button clear"), m_window->panel()->clearButton());
