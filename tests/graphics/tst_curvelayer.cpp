@@ -145,6 +145,21 @@ QImage referenceLayer(const CurveGraphicsItem_Curve_XY& item, const QTransform& 
     return layer;
 }
 
+// Paints \a item into \a target, cleared, through \a world, and returns what
+// the plain drawer makes of the same device transform: the layer's expected
+// contents.
+QImage paintAndDrawPlainly(CurveGraphicsItem_Curve_XY& item, QImage& target,
+                           const QTransform& world)
+{
+    target.fill(0);
+    QPainter painter(&target);
+    painter.setTransform(world);
+    const QTransform device = painter.deviceTransform();
+    item.paint(&painter, nullptr, nullptr);
+    painter.end();
+    return referenceLayer(item, device, target.size());
+}
+
 enum Shape { Noise, Steps, Spikes, Gaps, Breaks, OffScreen, Huge, Short };
 
 // X 0 .. n-1 over an area of 0 .. n-1 and -1 .. 1.
@@ -272,16 +287,9 @@ void tst_CurveLayer::sameAsPlainDrawer()
 
     QImage target(logical * ratio, QImage::Format_ARGB32_Premultiplied);
     target.setDevicePixelRatio(ratio);
-    target.fill(0);
-    QPainter painter(&target);
-    painter.setTransform(world);
-    const QTransform device = painter.deviceTransform();
-    item.paint(&painter, nullptr, nullptr);
-    painter.end();
-
+    const QImage expected = paintAndDrawPlainly(item, target, world);
     QCOMPARE(item.layerOrigin(), QPoint(0, 0));
     QCOMPARE(item.layer().size(), target.size());
-    const QImage expected = referenceLayer(item, device, target.size());
     int differing = 0;
     for (int y = 0; y < expected.height(); ++y) {
         for (int x = 0; x < expected.width(); ++x)
@@ -473,13 +481,7 @@ void tst_CurveLayer::followsChanges()
         case Step::Lower: item.setDataArea(300, 120); break;
         }
         QVERIFY(coord.setArea(step.x0 * (n - 1), step.x1 * (n - 1), step.y0, step.y1));
-        target.fill(0);
-        QPainter painter(&target);
-        painter.translate(0, 190);
-        const QTransform device = painter.deviceTransform();
-        item.paint(&painter, nullptr, nullptr);
-        painter.end();
-        const QImage expected = referenceLayer(item, device, target.size());
+        const QImage expected = paintAndDrawPlainly(item, target, QTransform::fromTranslate(0, 190));
         if (item.layer() != expected) {
             item.layer().save("/tmp/gnssplot_layer.png");
             expected.save("/tmp/gnssplot_layer_expected.png");
@@ -507,14 +509,8 @@ void tst_CurveLayer::twoYIndexesCompose()
     item.setVisibleSelection({});
     item.setDataArea(200, 100);
     QImage target(220, 120, QImage::Format_ARGB32_Premultiplied);
-    target.fill(0);
-    QPainter painter(&target);
-    painter.translate(10, 110);
-    const QTransform device = painter.deviceTransform();
-    item.paint(&painter, nullptr, nullptr);
-    painter.end();
     // Without pens per Y index both draw in the item's pen.
-    QCOMPARE(item.layer(), referenceLayer(item, device, target.size()));
+    QCOMPARE(item.layer(), paintAndDrawPlainly(item, target, QTransform::fromTranslate(10, 110)));
 }
 
 namespace {
