@@ -682,6 +682,13 @@ void CurveGraphicsItem_Curve_XY::countRun(const Run& run, qint64 begin, qint64 e
     }
 }
 
+bool CurveGraphicsItem_Curve_XY::ColumnsKey::operator==(const ColumnsKey& o) const
+{
+    return xMin == o.xMin && xMax == o.xMax && m11 == o.m11 && dx == o.dx && left == o.left
+           && right == o.right && width == o.width && count == o.count
+           && dataVersion == o.dataVersion;
+}
+
 bool CurveGraphicsItem_Curve_XY::RowsKey::operator==(const RowsKey& o) const
 {
     return yMin == o.yMin && yMax == o.yMax && top == o.top && height == o.height
@@ -769,11 +776,7 @@ void CurveGraphicsItem_Curve_XY::updateColumns(const LayerTarget& target)
     const ColumnsKey key{m_source.xMin, m_source.xMax, target.m11, target.dx,
                          target.bounds.left(), target.bounds.right(), m_dataAreaWidth, count,
                          m_dataVersion};
-    if (key.xMin == m_columnsKey.xMin && key.xMax == m_columnsKey.xMax
-        && key.m11 == m_columnsKey.m11
-        && key.dx == m_columnsKey.dx && key.left == m_columnsKey.left
-        && key.right == m_columnsKey.right && key.width == m_columnsKey.width
-        && key.count == m_columnsKey.count && key.dataVersion == m_columnsKey.dataVersion)
+    if (key == m_columnsKey)
         return;
     const CoordMapping mapping(boundingRect(), m_source.xMin, m_source.xMax, m_source.yMin,
                                m_source.yMax, m_yDown);

@@ -288,6 +288,7 @@ private:
         int width = -1;
         qint64 count = -1;
         quint64 dataVersion = 0;
+        bool operator==(const ColumnsKey& o) const;
     } m_columnsKey;
     // The samples whose columns were worked out: those that can reach the
     // layer (all of them unless X is in order).

@@ -9,6 +9,7 @@
 #include "Curve_DataSet_XY.h"
 
 #include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QImage>
 #include <QtTest>
 
@@ -19,6 +20,15 @@
 namespace gt {
 
 const double NaN = std::numeric_limits<double>::quiet_NaN();
+
+// A view whose viewport is the whole widget: no frame, no scroll bars, so
+// viewport and widget pixels are the same.
+inline void makeBare(QGraphicsView& view)
+{
+    view.setFrameShape(QFrame::NoFrame);
+    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+}
 
 inline void fillAxis(AxisData* axis, const QVector<double>& values,
                      const std::set<qint64>& breaks = {})

@@ -23,9 +23,7 @@ private slots:
 void tst_CurveGraphicsView::shownPixels()
 {
     CurveGraphicsView view;
-    view.setFrameShape(QFrame::NoFrame);
-    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    gt::makeBare(view);
     auto* coord = new Curve_Coord_XY;
     QVERIFY(coord->setArea(0, 99, -1, 1));
     view.getCurveScene()->setCoord(coord, true);

@@ -519,9 +519,7 @@ struct ShownView
 {
     explicit ShownView(int curves, int samples)
     {
-        view.setFrameShape(QFrame::NoFrame);
-        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        gt::makeBare(view);
         view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
         QVector<double> xs(samples);
         std::iota(xs.begin(), xs.end(), 0.0);
@@ -661,9 +659,7 @@ void tst_CurveLayer::otherDevices()
     }
     ys[0] = 1.0;
     CurveGraphicsView view;
-    view.setFrameShape(QFrame::NoFrame);
-    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    gt::makeBare(view);
     view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
     view.getCurveScene()->addCurve("a", gt::makeDataSet(xs, {ys}), true, Qt::blue,
                                    ECurveShowCap_Line, true);

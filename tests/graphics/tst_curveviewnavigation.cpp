@@ -58,9 +58,7 @@ struct Plot
 {
     explicit Plot(int samples = kSamples, double t0 = kT0, double step = 1000.0)
     {
-        view.setFrameShape(QFrame::NoFrame);
-        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        gt::makeBare(view);
         coord = new Curve_Coord_XY;
         view.getCurveScene()->setCoord(coord, true);
         QVector<double> xs, ys;
@@ -450,9 +448,7 @@ void tst_CurveViewNavigation::hoverFindsNearestCurve()
     QFETCH(int, yIndex);
     QFETCH(qint64, index);
     CurveGraphicsView view;
-    view.setFrameShape(QFrame::NoFrame);
-    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    gt::makeBare(view);
     auto* coord = new Curve_Coord_XY;
     QVERIFY(coord->setArea(0, 100, -1, 1));
     CurveScene* registry = view.getCurveScene();
