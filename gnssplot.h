@@ -15,6 +15,7 @@
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet.h"
 #include "Curve_DataSet_XY.h"
+#include "TimeWindow.h"
 
 // Curve registry
 #include "CurveScene.h"
