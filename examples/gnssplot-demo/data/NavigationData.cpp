@@ -106,13 +106,15 @@ bool NavigationData::add(Ephemeris eph)
     return true;
 }
 
-void NavigationData::merge(const NavigationData& other)
+int NavigationData::merge(const NavigationData& other)
 {
+    int dropped = 0;
     for (const auto& entry : other.m_satellites) {
         for (const Ephemeris& eph : entry.second)
-            add(eph);
+            dropped += add(eph) ? 0 : 1;
     }
     m_reports.insert(m_reports.end(), other.m_reports.begin(), other.m_reports.end());
+    return dropped;
 }
 
 QStringList NavigationData::satellites() const

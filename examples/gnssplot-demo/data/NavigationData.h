@@ -117,8 +117,9 @@ public:
         is dropped. Returns false for a duplicate. GLONASS states are
         integrated over their fit interval here. */
     bool add(Ephemeris eph);
-    /*! Adds every ephemeris and the file reports of \a other. */
-    void merge(const NavigationData& other);
+    /*! Adds every ephemeris and the file reports of \a other; returns the
+        number of ephemerides dropped as equal to one held already. */
+    int merge(const NavigationData& other);
 
     /*! Satellite names with at least one ephemeris, in name order. */
     QStringList satellites() const;

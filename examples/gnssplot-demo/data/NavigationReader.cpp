@@ -462,6 +462,7 @@ void readVersion4Records(const std::vector<Line>& lines, size_t from, FileState&
         const QByteArray sat = words.size() > 2 ? words[2] : QByteArray();
         const QByteArray message = words.size() > 3 ? words[3] : QByteArray();
         const char system = sat.isEmpty() ? 0 : sat[0];
+        const int satPrn = sat.mid(1).toInt();
         rec.first = i + 1;
         rec.count = end - (i + 1);
         static const char* const used[][2] = {{"G", "LNAV"}, {"J", "LNAV"}, {"E", "INAV"},
@@ -475,7 +476,7 @@ void readVersion4Records(const std::vector<Line>& lines, size_t from, FileState&
         if (!known) {
             noteUnsupported(state, kindName(system, message));
         } else if (rec.count == 0 || !satelliteOf(lines[rec.first], state, &recordSystem, &prn)
-                   || recordSystem != system) {
+                   || recordSystem != system || prn != satPrn) {
             if (rec.count == 0 && end == lines.size())
                 state.report.cutShort = true;
             else
@@ -578,8 +579,9 @@ bool NavigationReader::readText(const QByteArray& text, const QString& name,
             readVersion4Records(lines, body, state);
         else
             readPlainRecords(lines, body, state);
-        added.addReport(state.report);
-        data->merge(added);
+        // Ephemerides repeated from files read before are dropped too.
+        state.report.duplicates += data->merge(added);
+        data->addReport(state.report);
         return true;
     } catch (const rinex::ParseError& e) {
         if (error)
