@@ -282,9 +282,9 @@ void tst_SkyTracks::glonassIntegration()
 }
 
 // A BeiDou GEO satellite is seen at one spot all day, up to the small
-// figure-eight its remaining inclination (1.5 deg for C05) draws; the
-// orbit in the frame that does not turn with the Earth would circle the
-// sky once a day, a missing tilt would swing it by 10 deg.
+// figure-eight its remaining inclination (1.5 deg for C05) draws; left in
+// the frame that does not turn with the Earth it would wander by tens of
+// degrees. (A missing tilt of that frame shows as jumps at the change-overs.)
 void tst_SkyTracks::geostationaryStill()
 {
     const Pair* p = pairOf(QStringLiteral("ESBC"));
