@@ -39,13 +39,25 @@ const char* const kGpsRecord =
     "     2.000000000000E+00 0.000000000000E+00 1.862645149231E-09 4.200000000000E+01\n"
     "     4.320180000000E+05 4.000000000000E+00\n";
 
+// ESBC's E01 F/NAV record, moved to the end of a week.
+const char* const kGalileoRecord =
+    "E01 2020 06 27 23 59 59-8.846927667037e-04-7.972289495228e-12 0.000000000000e+00\n"
+    "     6.100000000000e+01 1.865625000000e+01 2.656539226950e-09-1.832282909549e+00\n"
+    "     8.568167686462e-07 9.650341235101e-05 1.049041748047e-05 5.440602037430e+03\n"
+    "     6.039000000000e+05 1.862645149231e-09 2.123282284601e-01-1.452863216400e-07\n"
+    "     9.828296477370e-01 1.298750000000e+02-2.778709093141e+00-5.216288707934e-09\n"
+    "    -6.996720012901e-10 2.580000000000e+02 2.111000000000e+03\n"
+    "     3.120000000000e+00 0.000000000000e+00-1.862645149231e-09 0.000000000000e+00\n"
+    "     3.445400000000e+05\n";
+
 // The same record with another satellite number and reference time
 // (toe 04:00).
 QString gpsRecord(int prn, const char* hour = "02", const char* toe = "4.392000000000E+05")
 {
     QString text = QString::fromLatin1(kGpsRecord);
     text.replace(0, 3, QStringLiteral("G%1").arg(prn, 2, 10, QLatin1Char('0')));
-    text.replace(QStringLiteral("2024 05 03 02"), QStringLiteral("2024 05 03 ") + QLatin1String(hour));
+    text.replace(QStringLiteral("2024 05 03 02"),
+                 QStringLiteral("2024 05 03 ") + QLatin1String(hour));
     text.replace(QStringLiteral("4.392000000000E+05"), QLatin1String(toe));
     return text;
 }
@@ -226,16 +238,7 @@ void tst_NavigationReader::timeScales_data()
     // Galileo: the data source 258 is F/NAV; toe 23:50 on a Saturday night
     // of GST, one second before the week ends for the toc.
     QTest::newRow("Galileo F/NAV across the week")
-        << QStringLiteral(
-               "E01 2020 06 27 23 59 59-8.846927667037e-04-7.972289495228e-12 0.000000000000e+00\n"
-               "     6.100000000000e+01 1.865625000000e+01 2.656539226950e-09-1.832282909549e+00\n"
-               "     8.568167686462e-07 9.650341235101e-05 1.049041748047e-05 5.440602037430e+03\n"
-               "     6.039000000000e+05 1.862645149231e-09 2.123282284601e-01-1.452863216400e-07\n"
-               "     9.828296477370e-01 1.298750000000e+02-2.778709093141e+00-5.216288707934e-09\n"
-               "    -6.996720012901e-10 2.580000000000e+02 2.111000000000e+03\n"
-               "     3.120000000000e+00 0.000000000000e+00-1.862645149231e-09 0.000000000000e+00\n"
-               "     3.445400000000e+05\n")
-        << QStringLiteral("E01") << QStringLiteral("2020-06-27T23:45:00Z")
+        << QString::fromLatin1(kGalileoRecord) << QStringLiteral("E01") << QStringLiteral("2020-06-27T23:45:00Z")
         << int(NavMessage::GalileoFnav);
 }
 
@@ -290,6 +293,14 @@ void tst_NavigationReader::damaged_data()
         << header + noOrbit << QStringList() << 1
         << QStringLiteral("line 4: no orbit (semi-major axis or eccentricity)") << false
         << QString();
+    // Flag words far outside their range are damage, not a flag.
+    QString badHealth = QString::fromLatin1(kGalileoRecord);
+    badHealth.replace(QStringLiteral("3.120000000000e+00 0.000000000000e+00"),
+                      QStringLiteral("3.120000000000e+00 1.000000000000e+30"));
+    badHealth.replace(QStringLiteral("2.580000000000e+02"), QStringLiteral("-1.00000000000e+99"));
+    QTest::newRow("Galileo health word 1e30")
+        << header + badHealth << QStringList() << 1
+        << QStringLiteral("line 4: bad health word") << false << QString();
     const QString whole = gpsRecord(1) + gpsRecord(2);
     QTest::newRow("cut inside the last record")
         << header + whole.left(whole.size() - 200) << QStringList{QStringLiteral("G01")} << 0

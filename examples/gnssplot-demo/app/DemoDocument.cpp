@@ -140,7 +140,11 @@ void DemoDocument::setNavigation(std::unique_ptr<NavigationData> navigation)
     QStringList names;
     for (int i = 0; i < m_source->satelliteCount(); ++i)
         names << m_source->satelliteName(i);
-    m_sky = SkyTracks::compute(*m_navigation, m_source->epochs(), names, station.position);
+    try {
+        m_sky = SkyTracks::compute(*m_navigation, m_source->epochs(), names, station.position);
+    } catch (const std::bad_alloc&) {
+        m_sky = SkyTracks(); // a sky without tracks rather than no window
+    }
 }
 
 bool DemoDocument::setErased(const QString& name, const QList<EpochInterval>& intervals)

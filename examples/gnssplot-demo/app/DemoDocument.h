@@ -89,7 +89,8 @@ public:
 
     /*! Keeps \a navigation for this day and computes every satellite's sky
         track at the source's epochs from the source's approximate position
-        (SkyTracks::compute()); without a position the tracks stay empty. */
+        (SkyTracks::compute()); without a position, or when memory runs out
+        (three doubles per satellite and epoch), the tracks stay empty. */
     void setNavigation(std::unique_ptr<NavigationData> navigation);
     /*! The navigation given, null when none. */
     const NavigationData* navigation() const { return m_navigation.get(); }

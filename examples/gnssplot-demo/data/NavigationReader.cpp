@@ -185,6 +185,13 @@ qint64 epochOf(const Line& l, bool twoDigitYear)
     return gpstMilliseconds(year, month, day, hour, minute, seconds);
 }
 
+// The bits of a flag field written as a number; 0 for a value that is no
+// flag word (negative, fractional garbage, out of range).
+int flagBits(double value)
+{
+    return value >= 0.0 && value < 65536.0 ? int(value) : 0;
+}
+
 qint64 floorMod(qint64 a, qint64 m)
 {
     const qint64 r = a % m;
@@ -274,11 +281,13 @@ Ephemeris readRecord(const Record& rec, FileState& state, char system, int prn,
     case 'E': {
         readKepler(rec, calendarMs, eph);
         const double sourceValue = rec.value(5, 1, false);
-        const int source = std::isnan(sourceValue) ? 0 : int(sourceValue) & 0x3ff;
+        const int source = flagBits(sourceValue) & 0x3ff;
         const bool fnav = message.isEmpty() ? (source & 0x2) && !(source & 0x5)
                                             : message == "FNAV";
         eph.message = fnav ? NavMessage::GalileoFnav : NavMessage::GalileoInav;
         const double healthValue = rec.value(6, 1);
+        if (!(healthValue >= 0.0 && healthValue < 65536.0))
+            throw Failure{QStringLiteral("bad health word")};
         const int health = int(healthValue) & 0x1ff;
         // Status bits of the message's own signals: E5a for F/NAV, E1-B and
         // E5b for I/NAV.

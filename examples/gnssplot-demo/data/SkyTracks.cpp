@@ -67,8 +67,8 @@ SkyTracks SkyTracks::compute(const NavigationData& nav, const std::vector<qint64
 
     // Each satellite is computed whole by one worker, so the numbers do not
     // depend on how the satellites fall to the workers.
-    int workers = threads > 0 ? threads
-                              : int(std::min(8u, std::max(1u, std::thread::hardware_concurrency())));
+    const unsigned cores = std::max(1u, std::thread::hardware_concurrency());
+    int workers = threads > 0 ? threads : int(std::min(8u, cores));
     workers = std::max(1, std::min(workers, int(result.m_tracks.size())));
     std::atomic<size_t> next(0);
     auto work = [&] {
