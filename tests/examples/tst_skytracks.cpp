@@ -308,6 +308,21 @@ void tst_SkyTracks::geostationaryStill()
         qInfo("%s: azimuth %.3f to %.3f, elevation %.3f to %.3f deg", qPrintable(track.name),
               azMin, azMax, elMin, elMax);
         QVERIFY2(azMax - azMin < 4.0 && elMax - elMin < 4.0, qPrintable(track.name));
+        // Azimuth's sense: a satellite over the equator east of a receiver
+        // in the north stands between east and south.
+        const qint64 t = p->observations->epochs()[track.elevation.size() / 2];
+        const Ephemeris* eph = p->navigation.select(track.name, t);
+        QVERIFY(eph);
+        double xyz[3];
+        QVERIFY(satellitePosition(*eph, double(t - eph->referenceMs) / 1000.0, xyz));
+        const StationInfo station = p->observations->station();
+        const double* rx = station.position;
+        const double east = std::remainder(std::atan2(xyz[1], xyz[0]) - std::atan2(rx[1], rx[0]),
+                                           2 * 3.14159265358979323846);
+        const double equatorial = std::sqrt(xyz[0] * xyz[0] + xyz[1] * xyz[1]);
+        QVERIFY(rx[2] > 0 && std::fabs(xyz[2]) < 0.1 * equatorial);
+        QVERIFY2(east > 0 ? azMin > 90.0 && azMax < 180.0 : azMin > 180.0 && azMax < 270.0,
+                 qPrintable(track.name));
     }
     QVERIFY(geos >= 1);
 }
@@ -387,7 +402,8 @@ void tst_SkyTracks::sameWithAnyThreadCount()
     QStringList names;
     for (int i = 0; i < p->observations->satelliteCount(); ++i)
         names << p->observations->satelliteName(i);
-    const double* rx = p->observations->station().position;
+    const StationInfo station = p->observations->station();
+    const double* rx = station.position;
     const SkyTracks one = SkyTracks::compute(p->navigation, p->observations->epochs(), names, rx,
                                              1);
     const SkyTracks three = SkyTracks::compute(p->navigation, p->observations->epochs(), names,

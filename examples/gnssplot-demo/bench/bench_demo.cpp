@@ -250,7 +250,8 @@ void BM_SkyTracksDay(benchmark::State& state)
         state.SkipWithError(in.error.toUtf8().constData());
         return;
     }
-    const double* receiver = in.observations->station().position;
+    const StationInfo station = in.observations->station();
+    const double* receiver = station.position;
     size_t tracks = 0;
     for (auto _ : state) {
         const SkyTracks sky = SkyTracks::compute(in.navigation, in.observations->epochs(),
