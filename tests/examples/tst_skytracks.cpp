@@ -330,8 +330,12 @@ void tst_SkyTracks::geostationaryStill()
 void tst_SkyTracks::horizon_data()
 {
     QTest::addColumn<QString>("pair");
-    QTest::newRow("NYA1, Svalbard") << QStringLiteral("NYA1");
-    QTest::newRow("ESBC, Denmark") << QStringLiteral("ESBC");
+    QTest::addColumn<QString>("marker");
+    QTest::addColumn<double>("z"); // metres, the header's third coordinate
+    QTest::newRow("NYA1, Svalbard") << QStringLiteral("NYA1") << QStringLiteral("NYA1")
+                                    << 6237772.4351;
+    QTest::newRow("ESBC, Denmark") << QStringLiteral("ESBC") << QStringLiteral("ESBC00DNK")
+                                   << 5232754.8054;
 }
 
 // At every epoch: what the receiver recorded is above the horizon (-1 deg
@@ -340,9 +344,15 @@ void tst_SkyTracks::horizon_data()
 void tst_SkyTracks::horizon()
 {
     QFETCH(QString, pair);
+    QFETCH(QString, marker);
+    QFETCH(double, z);
     const Pair* p = pairOf(pair);
     if (!p->observations)
         QSKIP(qPrintable(p->error));
+    const StationInfo station = p->observations->station();
+    QCOMPARE(station.markerName, marker);
+    QVERIFY(station.hasPosition);
+    QCOMPARE(station.position[2], z);
     QVERIFY(p->sky.isValid());
     SatelliteObservations sat;
     qint64 recordsWithPosition = 0, high = 0, highObserved = 0;
