@@ -75,6 +75,8 @@ class tst_DemoSnapshot : public QObject
 private slots:
     void snapshot_data();
     void snapshot();
+    void skySnapshot_data();
+    void skySnapshot();
 };
 
 void tst_DemoSnapshot::snapshot_data()
@@ -225,6 +227,101 @@ void tst_DemoSnapshot::snapshot()
     }
     QVERIFY2(countColour(pictures.value(QStringLiteral("bars.png")), {205, 205, 205}, 0) > 20,
              failed(QStringLiteral("bars.png")));
+}
+
+void tst_DemoSnapshot::skySnapshot_data()
+{
+    QTest::addColumn<QString>("rinex");
+    QTest::addColumn<QStringList>("nav");
+    QTest::addColumn<QString>("systems");      // of the satellites in sky.csv
+    QTest::addColumn<QString>("withoutPrefix"); // of the summary's line, or "none"
+    // The three navigation files beside it are picked up by themselves.
+    QTest::newRow("NYA1, navigation beside it")
+        << QStringLiteral("NYA100NOR_S_20241240000_01D_30S_MO.crx.gz") << QStringList()
+        << QStringLiteral("CEG") << QStringLiteral("R01, R02, R03");
+    // GRAS's Galileo navigation given for AJAC's day.
+    QTest::newRow("AJAC with GRAS's Galileo navigation")
+        << QStringLiteral("AJAC00FRA_R_20242090000_01D_30S_MO.rnx.gz")
+        << QStringList{QStringLiteral("GRAS00FRA_R_20242090000_01D_EN.rnx.gz")}
+        << QStringLiteral("E") << QStringLiteral("C02, C05");
+}
+
+// sky.csv as a reader of it needs it: the header, one row per satellite and
+// epoch in order, angles in range with three decimals, as many rows as the
+// summary says, and the observed satellites without ephemeris named.
+void tst_DemoSnapshot::skySnapshot()
+{
+    QFETCH(QString, rinex);
+    QFETCH(QStringList, nav);
+    QFETCH(QString, systems);
+    QFETCH(QString, withoutPrefix);
+    const QString path = kDataDir + QLatin1Char('/') + rinex;
+    if (!QFileInfo::exists(path))
+        QSKIP("shared data file not found");
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QStringList args{QStringLiteral("--snapshot"), dir.path(), QStringLiteral("--rinex"), path};
+    for (const QString& file : nav)
+        args << QStringLiteral("--nav") << kDataDir + QLatin1Char('/') + file;
+    QProcess demo;
+    demo.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    demo.start(QStringLiteral(GNSSPLOT_DEMO_EXE), args);
+    QVERIFY2(demo.waitForFinished(240000), "the demo did not finish");
+    QCOMPARE(demo.exitCode(), 0);
+
+    QFile summaryFile(dir.filePath(QStringLiteral("summary.txt")));
+    QVERIFY(summaryFile.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(summaryFile.readAll()).split(QLatin1Char('\n'));
+    const QRegularExpression skyRe(QStringLiteral(
+        "^sky: (\\d+) satellites with a position \\((\\d+) of them observed\\), (\\d+) rows "
+        "in sky.csv$"));
+    const QRegularExpressionMatch skyLine = skyRe.match(summaryLine(lines, QStringLiteral("sky:")));
+    QVERIFY2(skyLine.hasMatch(), qPrintable(summaryLine(lines, QStringLiteral("sky:"))));
+    QVERIFY(summaryLine(lines, QStringLiteral("observed without ephemeris: "))
+                .startsWith(QStringLiteral("observed without ephemeris: ") + withoutPrefix));
+    QVERIFY(!summaryLine(lines, QStringLiteral("navigation: ")).isEmpty());
+    const QString epochsLine = summaryLine(lines, QStringLiteral("epochs: "));
+    const int epochs = epochsLine.section(QLatin1Char(' '), 1, 1).toInt();
+    QVERIFY(epochs > 0);
+
+    QFile csv(dir.filePath(QStringLiteral("sky.csv")));
+    QVERIFY(csv.open(QIODevice::ReadOnly));
+    QCOMPARE(csv.readLine(), QByteArray("satellite,time_gpst,azimuth_deg,elevation_deg\n"));
+    const QRegularExpression rowRe(QStringLiteral(
+        "^([A-Z]\\d\\d),(\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d),(-?\\d+\\.\\d{3}),"
+        "(-?\\d+\\.\\d{3})$"));
+    qint64 rows = 0;
+    QString previousSatellite;
+    QString previousTime;
+    QMap<QString, int> perSatellite;
+    QString seenSystems;
+    while (!csv.atEnd()) {
+        const QString row = QString::fromLatin1(csv.readLine()).chopped(1);
+        const QRegularExpressionMatch m = rowRe.match(row);
+        QVERIFY2(m.hasMatch(), qPrintable(row));
+        const QString satellite = m.captured(1);
+        const QString time = m.captured(2);
+        // Satellites in name order, each one's epochs ascending, no repeats.
+        QVERIFY2(satellite > previousSatellite
+                     || (satellite == previousSatellite && time > previousTime),
+                 qPrintable(row));
+        previousSatellite = satellite;
+        previousTime = time;
+        ++perSatellite[satellite];
+        if (!seenSystems.contains(satellite.at(0)))
+            seenSystems += satellite.at(0);
+        const double azimuth = m.captured(3).toDouble();
+        const double elevation = m.captured(4).toDouble();
+        QVERIFY2(azimuth >= 0.0 && azimuth < 360.0, qPrintable(row));
+        QVERIFY2(elevation >= -90.0 && elevation <= 90.0, qPrintable(row));
+        ++rows;
+    }
+    QCOMPARE(rows, skyLine.captured(3).toLongLong());
+    QCOMPARE(perSatellite.size(), skyLine.captured(1).toInt());
+    for (auto it = perSatellite.cbegin(); it != perSatellite.cend(); ++it)
+        QVERIFY2(it.value() <= epochs, qPrintable(it.key()));
+    std::sort(seenSystems.begin(), seenSystems.end());
+    QCOMPARE(seenSystems, systems);
 }
 
 QTEST_MAIN(tst_DemoSnapshot)

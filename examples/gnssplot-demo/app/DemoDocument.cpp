@@ -130,6 +130,23 @@ bool DemoDocument::forEachSatellite(
     return !failed;
 }
 
+void DemoDocument::setNavigation(std::unique_ptr<NavigationData> navigation)
+{
+    m_navigation = std::move(navigation);
+    m_sky = SkyTracks();
+    const StationInfo station = m_source->station();
+    if (!m_navigation || !station.hasPosition)
+        return;
+    QStringList names;
+    for (int i = 0; i < m_source->satelliteCount(); ++i)
+        names << m_source->satelliteName(i);
+    try {
+        m_sky = SkyTracks::compute(*m_navigation, m_source->epochs(), names, station.position);
+    } catch (const std::bad_alloc&) {
+        m_sky = SkyTracks(); // a sky without tracks rather than no window
+    }
+}
+
 bool DemoDocument::setErased(const QString& name, const QList<EpochInterval>& intervals)
 {
     if (m_erased.value(name) == intervals)

@@ -3,7 +3,9 @@
 #define GNSSDEMO_DEMODOCUMENT_H
 
 #include "Multipath.h"
+#include "NavigationData.h"
 #include "ObservationData.h"
+#include "SkyTracks.h"
 
 #include <stEpochDataSet.h>
 
@@ -85,8 +87,22 @@ public:
     static qint64 blank(SatelliteObservations& sat, const std::vector<qint64>& epochs,
                         const QList<EpochInterval>& intervals);
 
+    /*! Keeps \a navigation for this day and computes every satellite's sky
+        track at the source's epochs from the source's approximate position
+        (SkyTracks::compute()); without a position, or when memory runs out
+        (three doubles per satellite and epoch), the tracks stay empty. */
+    void setNavigation(std::unique_ptr<NavigationData> navigation);
+    /*! The navigation given, null when none. */
+    const NavigationData* navigation() const { return m_navigation.get(); }
+    /*! Azimuth and elevation of each satellite at each epoch; empty (not
+        valid) without navigation or position. skyTracks().elevation(name)
+        is the elevation at each epoch of epochs(). */
+    const SkyTracks& skyTracks() const { return m_sky; }
+
 private:
     std::unique_ptr<ObservationSource> m_source;
+    std::unique_ptr<NavigationData> m_navigation;
+    SkyTracks m_sky;
     QMap<QString, QList<EpochInterval>> m_erased;
     qint64 m_startTime = 0;
     qint64 m_endTime = 0;

@@ -103,6 +103,7 @@ public:
     QString emptyReason() const;
 
     const DemoDocument* document() const { return m_doc.get(); }
+    DemoDocument* document() { return m_doc.get(); }
     const LoadStats& loadStats() const { return m_stats; }
     LoadStats& loadStats() { return m_stats; }
     const ApplyResult& lastApply() const { return m_lastApply; }

@@ -201,7 +201,8 @@ void DemoWindow::buildLegend()
     }
 }
 
-bool DemoWindow::loadRinex(const QString& path, QString* error)
+bool DemoWindow::loadRinex(const QString& path, QString* error,
+                           const QStringList& navigationFiles)
 {
     QElapsedTimer timer;
     timer.start();
@@ -212,6 +213,7 @@ bool DemoWindow::loadRinex(const QString& path, QString* error)
     if (!load(std::move(source), error))
         return false;
     m_host->loadStats().readMs = readMs;
+    m_navigationLoad = attachNavigation(*m_host->document(), path, navigationFiles);
     updateStatus();
     return true;
 }
@@ -223,6 +225,7 @@ bool DemoWindow::load(std::unique_ptr<ObservationSource> source, QString* error)
         statusBar()->showMessage(tr("Loading %1...").arg(source->description()));
         statusBar()->repaint();
     }
+    m_navigationLoad = NavigationLoadResult();
     const bool ok = m_host->load(std::move(source), error);
     statusBar()->clearMessage();
     if (ok)

@@ -3,6 +3,7 @@
 #define GNSSDEMO_DEMOWINDOW_H
 
 #include "DemoHost.h"
+#include "NavigationLoad.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -35,8 +36,13 @@ public:
     /*! Replaces the shown data by \a source (see DemoHost::load()). */
     bool load(std::unique_ptr<ObservationSource> source, QString* error);
     /*! Reads a RINEX observation file (2.xx or 3.xx, plain or compact, each
-        plain, gzip or Unix-compressed) and loads it. */
-    bool loadRinex(const QString& path, QString* error);
+        plain, gzip or Unix-compressed) and loads it, with the navigation
+        files \a navigationFiles and those of the same station and day
+        beside it (see attachNavigation()). */
+    bool loadRinex(const QString& path, QString* error,
+                   const QStringList& navigationFiles = QStringList());
+    /*! What reading navigation for the file last loaded did. */
+    const NavigationLoadResult& navigationLoad() const { return m_navigationLoad; }
 
     DemoHost* host() const { return m_host; }
     const LoadStats& loadStats() const { return m_host->loadStats(); }
@@ -74,6 +80,7 @@ private:
     int m_nameColumnWidth = 0;
     int m_nameColumnAdded = 0;
     bool m_alignmentPending = false;
+    NavigationLoadResult m_navigationLoad;
 };
 
 } // namespace gnssdemo

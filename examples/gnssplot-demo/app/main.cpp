@@ -90,7 +90,14 @@ int main(int argc, char** argv)
                                   QStringLiteral("Language of the texts, e.g. zh_CN or "
                                                  "de (default: the system's)."),
                                   QStringLiteral("LOCALE"));
-    parser.addOptions({rinex, snapshotDir, size, report, screenshot, lang});
+    const QCommandLineOption nav(QStringLiteral("nav"),
+                                 QStringLiteral("RINEX 2, 3 or 4 broadcast navigation file "
+                                                "(plain, .gz or .Z) for the satellites' "
+                                                "azimuth and elevation; repeatable. Files "
+                                                "of the same station and day beside the "
+                                                "--rinex file are read without it."),
+                                 QStringLiteral("FILE"));
+    parser.addOptions({rinex, nav, snapshotDir, size, report, screenshot, lang});
     parser.process(app);
 
     // The library's catalogues travel inside it, the demo's inside the
@@ -132,12 +139,17 @@ int main(int argc, char** argv)
     QApplication::processEvents();
     QString error;
     const bool ok = parser.isSet(rinex)
-                        ? window.loadRinex(parser.value(rinex), &error)
+                        ? window.loadRinex(parser.value(rinex), &error, parser.values(nav))
                         : window.load(std::make_unique<SyntheticSource>(), &error);
     if (!ok) {
         err << "gnssplot-demo: " << error << "\n";
         return 1;
     }
+    if (parser.isSet(nav) && !parser.isSet(rinex))
+        err << "gnssplot-demo: --nav needs --rinex: the synthetic day has no station "
+               "position\n";
+    for (const QString& problem : window.navigationLoad().problems)
+        err << "gnssplot-demo: navigation: " << problem << "\n";
     const QString empty = window.host()->emptyReason();
     if (!empty.isEmpty())
         err << "gnssplot-demo: " << empty << "\n";

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Timings of the demo host on its real workloads: loading and showing a whole
 // day (the synthetic 1 Hz day and the 30 s AJAC file), and one wheel step
-// with every curve shown. Run offscreen; wall-clock milliseconds.
+// with every curve shown, and the sky tracks of a day from broadcast
+// navigation. Run offscreen; wall-clock milliseconds.
 #include "DemoHost.h"
 #include "DemoWindow.h"
 #include "MultipathView.h"
+#include "NavigationReader.h"
 #include "RinexReader.h"
+#include "SkyTracks.h"
 #include "SyntheticSource.h"
 
 #include <gnssplot.h>
@@ -199,6 +202,73 @@ void BM_ShowOneAndBack(benchmark::State& state)
     }
 }
 BENCHMARK(BM_ShowOneAndBack)->ArgName("ajac")->Arg(0)->Unit(benchmark::kMillisecond);
+
+// A navigation pair read once: the observation epochs, the observed
+// satellites and the broadcast ephemerides (0: NYA1 with GPS, Galileo and
+// BeiDou; 1: ESBC with every system).
+struct SkyInput
+{
+    std::unique_ptr<MemoryObservationSource> observations;
+    NavigationData navigation;
+    QStringList observed;
+    QString error;
+};
+
+const SkyInput& skyInput(int which)
+{
+    static SkyInput inputs[2];
+    SkyInput& in = inputs[which];
+    if (in.observations || !in.error.isEmpty())
+        return in;
+    const QString dir = QStringLiteral(GNSSPLOT_TEST_DATA_DIR) + QLatin1Char('/');
+    const QStringList nav =
+        which == 0 ? QStringList{QStringLiteral("NYA100NOR_S_20241240000_01D_GN.rnx.gz"),
+                                 QStringLiteral("NYA100NOR_S_20241240000_01D_EN.rnx.gz"),
+                                 QStringLiteral("NYA100NOR_S_20241240000_01D_CN.rnx.gz")}
+                   : QStringList{QStringLiteral("ESBC00DNK_R_20201770000_01D_MN.rnx.gz")};
+    for (const QString& file : nav) {
+        if (!NavigationReader::readFile(dir + file, &in.navigation, &in.error))
+            return in;
+    }
+    in.observations = RinexReader::readFile(
+        dir + (which == 0 ? QStringLiteral("NYA100NOR_S_20241240000_01D_30S_MO.crx.gz")
+                          : QStringLiteral("ESBC00DNK_R_20201770000_01D_30S_MO.crx.gz")),
+        &in.error);
+    if (in.observations) {
+        for (int i = 0; i < in.observations->satelliteCount(); ++i)
+            in.observed << in.observations->satelliteName(i);
+    }
+    return in;
+}
+
+// Azimuth and elevation of every satellite at every epoch of a day at 30 s
+// (2,880 epochs), with range(1) worker threads.
+void BM_SkyTracksDay(benchmark::State& state)
+{
+    const SkyInput& in = skyInput(int(state.range(0)));
+    if (!in.observations) {
+        state.SkipWithError(in.error.toUtf8().constData());
+        return;
+    }
+    const StationInfo station = in.observations->station();
+    const double* receiver = station.position;
+    size_t tracks = 0;
+    for (auto _ : state) {
+        const SkyTracks sky = SkyTracks::compute(in.navigation, in.observations->epochs(),
+                                                 in.observed, receiver, int(state.range(1)));
+        tracks = sky.tracks().size();
+        benchmark::DoNotOptimize(sky.tracks().data());
+    }
+    state.counters["satellites"] = double(tracks);
+    state.counters["epochs"] = double(in.observations->epochs().size());
+}
+BENCHMARK(BM_SkyTracksDay)
+    ->ArgNames({"esbc", "threads"})
+    ->Args({0, 1})
+    ->Args({0, 2})
+    ->Args({1, 1})
+    ->Args({1, 2})
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

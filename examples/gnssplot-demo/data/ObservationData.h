@@ -79,11 +79,21 @@ struct SatelliteObservations
     void clear();
 };
 
+/*! The receiver's station as an observation file's header names it. */
+struct StationInfo
+{
+    QString markerName;       //!< "MARKER NAME", empty when not given
+    bool hasPosition = false; //!< an "APPROX POSITION XYZ" other than zeros was given
+    double position[3] = {0, 0, 0}; //!< Earth-fixed X, Y, Z in metres
+};
+
 /*! A provider of observation epochs and per-satellite observations. */
 class ObservationSource
 {
 public:
     virtual ~ObservationSource();
+    /*! The station; no name and no position unless the source knows them. */
+    virtual StationInfo station() const { return StationInfo(); }
     /*! One line telling what the data is, for titles and logs. */
     virtual QString description() const = 0;
     /*! Epoch times, ascending, GPST milliseconds since 1970-01-01. */
@@ -114,8 +124,11 @@ public:
     bool satellite(int index, SatelliteObservations& out) const override;
     /*! Direct read access, without copying; null when out of range. */
     const SatelliteObservations* satelliteAt(int index) const;
+    StationInfo station() const override { return m_station; }
+    void setStation(const StationInfo& station) { m_station = station; }
 
 private:
+    StationInfo m_station;
     QString m_description;
     std::vector<qint64> m_epochs;
     qint64 m_intervalMs;

@@ -151,6 +151,18 @@ void readHeader(LineCursor& lines, RinexHeader* h)
                 h->interval = v;
         } else if (label == "TIME OF FIRST OBS") {
             timeSystem = l.field(48, 3).trimmed();
+        } else if (label == "MARKER NAME") {
+            h->markerName = l.field(0, 60).trimmed();
+        } else if (label == "APPROX POSITION XYZ") {
+            double xyz[3];
+            bool ok = true;
+            for (int c = 0; c < 3; ++c)
+                ok = ok && parseFixed(l.p + std::min(l.len, 14 * c),
+                                      std::max(0, std::min(14, l.len - 14 * c)), &xyz[c])
+                     && !std::isnan(xyz[c]);
+            // A bad position is no reason to refuse the observations.
+            for (int c = 0; c < 3 && ok; ++c)
+                h->approxPosition[c] = xyz[c];
         } else if (label == "LEAP SECONDS") {
             int v = 0;
             if (parseInt(l, 0, 6, &v))

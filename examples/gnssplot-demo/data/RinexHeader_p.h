@@ -46,6 +46,8 @@ struct RinexHeader
     std::map<int, int> glonassChannels; // slot to frequency channel
     double interval = 0;                // seconds, 0 when not given
     qint64 timeOffsetMs = 0;            // added to epoch times to get GPST
+    QByteArray markerName;
+    double approxPosition[3] = {0, 0, 0}; // metres; zeros when not given
 
     // The observation types of \a system's records; null for a letter that
     // is not a system.

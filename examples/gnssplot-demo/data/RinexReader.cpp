@@ -10,6 +10,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <new>
 
 namespace gnssdemo {
@@ -37,9 +38,16 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readText(const QByteArray&
         const qint64 interval = sourceIntervalMs(header, body.epochs);
         const QString description = QStringLiteral("RINEX %1 observations %2")
                                         .arg(header.version, 0, 'f', 2).arg(name);
-        return std::make_unique<MemoryObservationSource>(description, std::move(body.epochs),
-                                                         interval > 0 ? interval : 1000,
-                                                         std::move(sats));
+        auto source = std::make_unique<MemoryObservationSource>(
+            description, std::move(body.epochs), interval > 0 ? interval : 1000,
+            std::move(sats));
+        StationInfo station;
+        station.markerName = QString::fromLatin1(header.markerName);
+        station.hasPosition = header.approxPosition[0] != 0 || header.approxPosition[1] != 0
+                              || header.approxPosition[2] != 0;
+        std::copy(header.approxPosition, header.approxPosition + 3, station.position);
+        source->setStation(station);
+        return source;
     } catch (const ParseError& e) {
         if (error)
             *error = QStringLiteral("line %1: %2").arg(e.line).arg(e.message);

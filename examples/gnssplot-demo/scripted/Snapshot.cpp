@@ -6,6 +6,7 @@
 #include "MultipathView.h"
 #include "Pictures.h"
 #include "ReadbackPanel.h"
+#include "SkySnapshot.h"
 
 #include <gnssplot.h>
 
@@ -226,7 +227,13 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
         err << "error: cannot write " << summary.fileName() << "\n";
         return 1;
     }
-    const QString text = summaryText(host, curveSatellite, pictures);
+    bool skyFailed = false;
+    const QString text = summaryText(host, curveSatellite, pictures)
+                         + writeSkySnapshot(*doc, target, &skyFailed);
+    if (skyFailed) {
+        err << "error: cannot write " << target.filePath(QStringLiteral("sky.csv")) << "\n";
+        return 1;
+    }
     summary.write(text.toUtf8());
     summary.close();
     out << text;
