@@ -101,16 +101,21 @@ bool EpochBarAlignment::align()
     const int added = std::max(0, plotLeft - barsLeft);
     const int viewRight = std::max(0, plotRight - barsRight);
     const int tableShort = std::max(0, barsRight - plotRight);
+    // A change moves the other edges only once its layout has run, so it is
+    // followed by another look; the look that changes nothing is the last.
+    bool bChanged = false;
     if (viewLeft != m_viewLeft || viewRight != m_viewRight) {
         m_viewLeft = viewLeft;
         m_viewRight = viewRight;
         view->setPlotMargins(viewLeft, viewRight);
+        bChanged = true;
     }
     QHeaderView* header = table->horizontalHeader();
     if (added != m_columnAdded) {
         const int base = table->columnWidth(0) - m_columnAdded;
         m_columnAdded = added;
         table->setColumnWidth(0, base + added);
+        bChanged = true;
     }
     // The bar column stretches to the table's edge unless the plot ends
     // before it; then it ends where the plot does.
@@ -120,11 +125,25 @@ bool EpochBarAlignment::align()
             m_bStretchTaken = true;
         }
         const int width = plotRight - (barsLeft + added);
-        if (width > 0 && table->columnWidth(1) != width)
+        if (width > 0 && table->columnWidth(1) != width) {
             table->setColumnWidth(1, width);
+            bChanged = true;
+        }
     } else if (m_bStretchTaken) {
+        // A stretching section that is already too long stays so; it is cut
+        // back to the room there is first.
         m_bStretchTaken = false;
+        const int room = table->viewport()->width() - table->columnViewportPosition(1);
+        if (room > 0)
+            table->setColumnWidth(1, room);
         header->setStretchLastSection(true);
+        bChanged = true;
+    }
+    if (bChanged) {
+        // The cells' widgets follow a column's new width only on the table's
+        // next layout; it is asked for at once, so the bars move with it.
+        QMetaObject::invokeMethod(table, "updateGeometries");
+        schedule();
     }
     return true;
 }

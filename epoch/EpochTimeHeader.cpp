@@ -51,7 +51,7 @@ QSize EpochTimeHeader::sizeHint() const
 {
     QSize size = QHeaderView::sizeHint();
     if (m_bAxis)
-        size.setHeight(2 * fontMetrics().height() + 2 * kPad + kTickMark);
+        size.setHeight(2 * QFontMetrics(TimeLabeller::axisFont()).height() + 2 * kPad + kTickMark);
     return size;
 }
 
@@ -73,10 +73,13 @@ void EpochTimeHeader::paintEvent(QPaintEvent* event)
         return;
     const double tMin = m_table->toLinked(shown.getMin());
     const double tMax = m_table->toLinked(shown.getMax());
-    const QFontMetrics metrics = fontMetrics();
+    // The plot's font, so that the same window gets the same ticks.
+    const QFont font = TimeLabeller::axisFont();
+    painter.setFont(font);
+    const QFontMetrics metrics(font);
     const int lineHeight = metrics.height();
     const TimeLabeller::Labels labels =
-        TimeLabeller::axisLabels(tMin, tMax, double(cell.width()), font(), m_bRound);
+        TimeLabeller::axisLabels(tMin, tMax, double(cell.width()), font, m_bRound);
 
     // Over the check boxes: the time system above the date, as the plot
     // captions its axis.
@@ -102,6 +105,10 @@ void EpochTimeHeader::paintEvent(QPaintEvent* event)
             left = cell.left();
         else if (!labels.bCentred && count >= 2 && index == count - 1)
             left = cell.left() + cell.width() - width;
+        // A centred label that would stick out past the bars is left out: it
+        // would run into the date or off the table. The mark stays.
+        if (left < cell.left() || left + width > cell.left() + cell.width())
+            continue;
         painter.drawText(QRectF(left, textTop, width, lineHeight), Qt::AlignLeft, it.value());
     }
 }

@@ -2,6 +2,7 @@
 #include "TimeLabeller_p.h"
 
 #include "TimeTicks_p.h"
+#include "gnssplot_qtcompat_p.h"
 
 #include <QDateTime>
 #include <QFontMetrics>
@@ -108,6 +109,14 @@ QString TimeLabeller::toolTipTime(double msecs)
         return QString();
     return QDateTime::fromMSecsSinceEpoch(qint64(msecs), QTimeZone::utc())
         .toString(QStringLiteral("yyyy/MM/dd HH:mm:ss.zzz"));
+}
+
+QFont TimeLabeller::axisFont()
+{
+    QFont font(QStringLiteral("Arial"), -1, -1, false);
+    font.setPointSizeF(8.0);
+    GnssPlotCompat::setLegacyFontWeight(font, 2);
+    return font;
 }
 
 QString TimeLabeller::timeSystemCaption()

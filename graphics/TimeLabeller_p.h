@@ -59,6 +59,9 @@ public:
     /*! "yyyy/MM/dd HH:mm:ss.zzz" for the hover tool tip; empty beyond
         kMaxLabelledMSecs or for NaN. */
     static QString toolTipTime(double msecs);
+    /*! The font of every axis label and caption: "Arial" at 8 points and the
+        light weight 2 of the 0 to 99 scale. */
+    static QFont axisFont();
     /*! The time-system caption, "GPST". */
     static QString timeSystemCaption();
 };
