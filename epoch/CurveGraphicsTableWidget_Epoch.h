@@ -296,6 +296,9 @@ private slots:
 private:
     void makeEraseMarks(const QRect& rect);
     void setDragRectOnLabels(const QRect& rect);
+    // Lays the cells' widgets out at once after a column changed width.
+    void relayoutCells();
+    friend class EpochBarAlignment;
 
     const std::unique_ptr<CurveGraphicsTableWidget_EpochPrivate> d;
 

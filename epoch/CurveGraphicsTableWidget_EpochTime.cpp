@@ -197,3 +197,8 @@ CurveGraphicsView* CurveGraphicsTableWidget_Epoch::getAlignedView() const
 {
     return d->alignment ? d->alignment->view() : nullptr;
 }
+
+void CurveGraphicsTableWidget_Epoch::relayoutCells()
+{
+    updateGeometries();
+}

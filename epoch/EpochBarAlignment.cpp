@@ -142,7 +142,7 @@ bool EpochBarAlignment::align()
     if (bChanged) {
         // The cells' widgets follow a column's new width only on the table's
         // next layout; it is asked for at once, so the bars move with it.
-        QMetaObject::invokeMethod(table, "updateGeometries");
+        table->relayoutCells();
         schedule();
     }
     return true;
