@@ -33,7 +33,7 @@ bool sameWindow(const Window& a, const Window& b)
 
 void sendWheel(QWidget* viewport, QPointF pos, QPoint angle, Qt::KeyboardModifiers modifiers)
 {
-    QWheelEvent event(pos, viewport->mapToGlobal(pos), QPoint(), angle, Qt::NoButton, modifiers,
+    QWheelEvent event(pos, viewport->mapToGlobal(pos.toPoint()), QPoint(), angle, Qt::NoButton, modifiers,
                       Qt::NoScrollPhase, false);
     QApplication::sendEvent(viewport, &event);
 }
