@@ -16,6 +16,7 @@
 #include <memory>
 
 class CurveGraphicsTableWidget_EpochPrivate;
+class CurveGraphicsView;
 class QContextMenuEvent;
 class QKeyEvent;
 class QMouseEvent;
@@ -54,8 +55,13 @@ class QWheelEvent;
     - Shift+wheel, a horizontal wheel or a drag with the middle button pans.
     - A double-click with the left button on the bars, or the Home key,
       returns to the whole range (resetTimeWindow()).
+    - Left and Right pan by a tenth of the window, + and - zoom about its
+      middle, with the keyboard focus on the table.
     - The plain wheel scrolls the rows as before, keeping the window; a
-        left (or right) drag still marks epochs.
+      left (or right) drag still marks epochs.
+    The gestures are those of CurveGraphicsView, from one shared event
+    filter, so a plot and a table move alike for the same input; only the
+    plain wheel and the pan button are each widget's own.
     Bars and erase marks are drawn for the window, and a drag marks the epochs
     the window shows under it, so a zoomed drag marks to the single epoch.
     Marks are stored in epochs and keep their meaning whatever the window.
@@ -76,6 +82,17 @@ class QWheelEvent;
     \endcode
     setTimeWindow() emits only when the window really changes, so the echo of
     a linked widget ends the exchange.
+
+    \section time_axis Time axis and alignment
+
+    With timeAxisVisible (off by default) the header row above the table is
+    a time axis for the bars, labelled as the plot labels its own: a table
+    with nothing to plot still reads in time. alignBarsWith() lines the bars
+    up with a CurveGraphicsView's data area to the pixel and keeps them so:
+    \code
+    table->setTimeAxisVisible(true);
+    table->alignBarsWith(view);
+    \endcode
 */
 class GNSSPLOT_EXPORT CurveGraphicsTableWidget_Epoch : public QTableWidget
 {
@@ -83,6 +100,11 @@ class GNSSPLOT_EXPORT CurveGraphicsTableWidget_Epoch : public QTableWidget
     /*! Whether the user can zoom and pan the bars in time; false by default. */
     Q_PROPERTY(bool timeNavigationEnabled READ isTimeNavigationEnabled
                    WRITE setTimeNavigationEnabled)
+    /*! Whether the header shows the time axis of the bars; false by default. */
+    Q_PROPERTY(bool timeAxisVisible READ isTimeAxisVisible WRITE setTimeAxisVisible)
+    /*! Whether the time axis ticks lie on round times of day; false by
+        default. */
+    Q_PROPERTY(bool roundTimeTicks READ hasRoundTimeTicks WRITE setRoundTimeTicks)
 public:
     /*! Creates the empty table: the header row only, range 0 to 0, no
         actions, the "Satellite" check box checked. */
@@ -170,6 +192,41 @@ public:
         navigation is off, nothing is zoomed, or the table is empty. */
     void getTimeWindow(double& tMin, double& tMax) const;
 
+    /*! Shows the time axis in the table's header (true) or gives the header
+        back as it was (false, the default): a strip of two lines whose left
+        part, over the check boxes, reads "GPST" and the date of the window's
+        end, and whose right part marks and labels the ticks of the window
+        the bars show, as CurveGraphicsView labels its time axis (eleven
+        evenly spaced "HH:mm:ss" ticks, or round ticks with roundTimeTicks).
+        The times are the linked time units (see setEpochTimeScale()), read
+        as milliseconds since 1970 on the UTC calendar. Shown, the header is
+        visible even if the host had hidden it; switched off, it is hidden
+        again. */
+    void setTimeAxisVisible(bool bVisible);
+    /*! Whether the header shows the time axis; false by default. */
+    bool isTimeAxisVisible() const;
+    /*! Puts the axis ticks on round times of day (true), as
+        CurveGraphicsView::setRoundTimeTicks() does for the plot, or on the
+        eleven evenly spaced ticks (false, the default). */
+    void setRoundTimeTicks(bool bRound);
+    /*! Whether the axis ticks lie on round times of day. */
+    bool hasRoundTimeTicks() const;
+
+    /*! Lines the bars up with the data area of \a view, so that an epoch
+        (in linked time units) sits at the same x in both, and keeps them so
+        while either widget is resized or moved or a column width changes.
+        The table widens its check-box column or lets the bar column end
+        early; the view gets margins beside its plot
+        (CurveGraphicsView::setPlotMargins()). Both must be in one window;
+        alignment happens once the events in flight are handled, since the
+        view lays its plot out after its own resize. A null \a view stops
+        aligning and gives back the column widths and margins it added. The
+        table does not own \a view; a view that is destroyed ends the
+        alignment. */
+    void alignBarsWith(CurveGraphicsView* view);
+    /*! The view the bars are aligned with; null when none. */
+    CurveGraphicsView* getAlignedView() const;
+
     /*! Colour of the bars of data set (band) \a band: from the colour palette
         when \a bEnabled, else from the grey palette, as the table draws them.
         Bands 0 to 3 are the legend's "L1/G1/B1/E1/J1", "L2/G2/B2/J2",
@@ -239,6 +296,9 @@ private slots:
 private:
     void makeEraseMarks(const QRect& rect);
     void setDragRectOnLabels(const QRect& rect);
+    // Lays the cells' widgets out at once after a column changed width.
+    void relayoutCells();
+    friend class EpochBarAlignment;
 
     const std::unique_ptr<CurveGraphicsTableWidget_EpochPrivate> d;
 

@@ -6,7 +6,6 @@
 #include <QLineF>
 #include <QPainter>
 #include <QRectF>
-#include <QWidget>
 
 #include <cmath>
 
@@ -43,39 +42,39 @@ bool clipLineX(QLineF& line, double lo, double hi)
 
 } // namespace
 
-void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint64 startTime,
-                    qint64 endTime, const QList<stEpochDataSet>& dataSets,
-                    const QMap<int, QPair<qint64, qint64>>& eraseMarks,
-                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen,
-                    const EpochWindow& window)
+void paintEpochBars(QPainter* painter, const QRect& target, const EpochBarsContent& content)
 {
     if (!painter)
         return;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing, true);
+    painter->translate(target.topLeft());
 
-    if (widget && rect.width() > 0 && rect.height() > 0) {
-        const QRect g = widget->geometry();
-        painter->setPen(rectPen);
+    const QRect& drag = content.dragRect;
+    if (drag.width() > 0 && drag.height() > 0) {
+        painter->setPen(content.rectPen);
         painter->setBrush(Qt::NoBrush);
-        painter->drawRect(QRect(rect.left() - g.left(), rect.top() - g.top(), rect.width(),
-                                rect.height()));
+        painter->drawRect(drag);
     }
 
-    const int w = widget ? widget->width() : rect.width();
-    const int h = widget ? widget->height() : rect.height();
+    const qint64 startTime = content.startTime;
+    const qint64 endTime = content.endTime;
+    const int w = target.width();
+    const int h = target.height();
     // A device without area shows nothing; leaving early spares the walk.
     if (endTime <= startTime || w <= 0 || h <= 0) {
         painter->restore();
         return;
     }
     const double width = double(w);
-    const EpochMapping mapping = epochMapping(width, startTime, endTime, window);
+    const EpochMapping mapping = epochMapping(width, startTime, endTime, content.window);
     if (!(mapping.scale > 0.0) || std::isinf(mapping.scale)) {
         painter->restore();
         return;
     }
 
+    const QList<QBrush>& brushes = content.brushes;
+    const QList<stEpochDataSet>& dataSets = content.dataSets;
     Q_ASSERT(brushes.size() >= dataSets.size());
     const int bands = qMin(dataSets.size(), brushes.size());
     painter->setPen(Qt::NoPen);
@@ -95,14 +94,14 @@ void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint6
                         });
     }
 
-    if (!eraseMarks.isEmpty()) {
-        painter->setPen(markPen);
+    if (!content.eraseMarks.isEmpty()) {
+        painter->setPen(content.markPen);
         painter->setBrush(Qt::NoBrush);
         const double top = 2.0;
         const double bottom = double(h - 4);
         const double lo = -kMargin;
         const double hi = width + kMargin;
-        for (const QPair<qint64, qint64>& mark : eraseMarks) {
+        for (const QPair<qint64, qint64>& mark : content.eraseMarks) {
             const double x1 = mapping.toX(mark.first);
             const double x2 = mapping.toX(epochSaturatedAdd(mark.first, mark.second));
             const QLineF lines[6] = {

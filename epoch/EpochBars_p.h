@@ -13,33 +13,50 @@
 #include <QRect>
 
 class QPainter;
-class QWidget;
+
+/*!
+    Everything one row of bars shows, handed to paintEpochBars() as one value.
+    Lists and maps are Qt's implicitly shared containers, so filling one from
+    a label's fields copies no elements. What a row will show later (marks of
+    events, say) is added here, once, for the table and its pixmaps alike.
+*/
+struct EpochBarsContent
+{
+    /*! The epoch range; nothing but the drag outline is drawn unless
+        startTime < endTime. */
+    qint64 startTime = 0;
+    qint64 endTime = 0;
+    /*! One bar per data set, data set i in brushes[i]. */
+    QList<stEpochDataSet> dataSets;
+    QList<QBrush> brushes;
+    /*! Erase marks by action number, drawn as crossed boxes in markPen. */
+    QMap<int, QPair<qint64, qint64>> eraseMarks;
+    QPen markPen;
+    /*! The drag outline in the painted rectangle's own coordinates (0, 0 at
+        its top-left), drawn in rectPen when it has a positive size. */
+    QRect dragRect;
+    QPen rectPen;
+    /*! The part of the range shown; inactive for the whole range. */
+    EpochWindow window;
+};
 
 /*!
     The one painter of epoch bars, used by EpochLabel and by the pixmap
     painting of CurveGraphicsTableWidget_Epoch.
 
-    With a \a widget, \a rect is the drag rectangle in the coordinates of the
-    widget's parent (the table viewport), outlined in \a rectPen when it has a
-    positive size, and the widget's size sets the scale. Without a widget,
-    \a rect is the target area whose size sets the scale; no drag rectangle is
-    drawn. Bars of data set i are 4 pixels high at y = 4 + 6 i, in brushes[i],
-    mapped with x = (t - startTime) * width / (endTime - startTime); erase marks
-    are boxes with both diagonals in \a markPen from y 2 to height - 4. An
-    empty or inverted range draws only the drag rectangle. An active
-    \a window maps its own span over the width instead; bars and marks keep
-    their epochs and are only cut at the edges.
+    Paints \a content into \a target, a rectangle of the painter's device
+    whose size sets the scale and whose top-left is the bars' origin. Bars of
+    data set i are 4 pixels high at y = 4 + 6 i, mapped with x = (t -
+    startTime) * width / (endTime - startTime); erase marks are boxes with
+    both diagonals from y 2 to height - 4. An active window maps its own span
+    over the width instead; bars and marks keep their epochs and are only cut
+    at the edges.
 
-    The painted device must span x 0 to width and y 0 to height (a widget's
-    own painter, or a pixmap of that size): stretches and marks that lie wholly
-    outside it are skipped and far-away coordinates are cut back to just
-    beyond it, which leaves the image unchanged. The painter's state is
-    restored on return. Nothing is allocated per stretch.
+    Stretches and marks that lie wholly outside the target are skipped and
+    far-away coordinates are cut back to just beyond it, which leaves the
+    image unchanged. The painter's state is restored on return. Nothing is
+    allocated per stretch.
 */
-void paintEpochBars(QPainter* painter, QWidget* widget, const QRect& rect, qint64 startTime,
-                    qint64 endTime, const QList<stEpochDataSet>& dataSets,
-                    const QMap<int, QPair<qint64, qint64>>& eraseMarks,
-                    const QList<QBrush>& brushes, const QPen& markPen, const QPen& rectPen,
-                    const EpochWindow& window = EpochWindow());
+void paintEpochBars(QPainter* painter, const QRect& target, const EpochBarsContent& content);
 
 #endif // GNSSPLOT_EPOCHBARS_P_H

@@ -93,39 +93,3 @@ bool epochEraseInterval(const QRect& rect, const QRect& headGeometry, qint64 sta
     const qint64 hi = qMin(endTime, epochTruncate(std::floor(window.end)));
     return clipEraseInterval(start, length, lo, hi, t0, len);
 }
-
-double epochMinimumSpan(qint64 startTime, qint64 endTime)
-{
-    // 2^-40 of the magnitude is 4096 steps of a double there: far from the
-    // resolution limit, and below a millisecond for times of our era.
-    const double magnitude = std::fabs(double(startTime)) + std::fabs(double(endTime));
-    return qMax(4.0, magnitude * 0x1p-40);
-}
-
-bool fitEpochWindow(double& start, double& end, qint64 startTime, qint64 endTime)
-{
-    if (endTime <= startTime)
-        return false;
-    if (!(std::isfinite(start) && std::isfinite(end) && start < end))
-        return false;
-    const double lo = double(startTime);
-    const double hi = double(endTime);
-    const double whole = hi - lo;
-    double span = end - start; // may overflow to infinity, which counts as too wide
-    if (!(span < whole)) {
-        start = lo;
-        end = hi;
-        return true;
-    }
-    double first = start;
-    const double minSpan = qMin(epochMinimumSpan(startTime, endTime), whole);
-    if (span < minSpan) {
-        const double centre = start * 0.5 + end * 0.5;
-        span = minSpan;
-        first = centre - span * 0.5;
-    }
-    first = qBound(lo, first, hi - span);
-    start = first;
-    end = qMin(first + span, hi);
-    return true;
-}

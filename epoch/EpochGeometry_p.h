@@ -117,18 +117,6 @@ inline EpochMapping epochMapping(double pixels, qint64 startTime, qint64 endTime
     return mapping;
 }
 
-/*! The smallest window span over the range [\a startTime, \a endTime], in
-    epochs: a few epochs, and never so little that the window's bounds could
-    not be told apart as doubles. */
-double epochMinimumSpan(qint64 startTime, qint64 endTime);
-
-/*! Fits the window [\a start, \a end] into the range [\a startTime,
-    \a endTime]: spans below epochMinimumSpan() grow about their centre,
-    spans beyond the range become the range, and windows sticking out are
-    shifted in. Returns false, leaving both untouched, for a non-finite or
-    inverted window or an empty or inverted range. */
-bool fitEpochWindow(double& start, double& end, qint64 startTime, qint64 endTime);
-
 /*! The hit box of the erase mark \a mark, (start epoch, length), on a label
     \a height pixels high: x from the mark's start to its end, y from 2 to
     height - 4, as the context menu and the removal test it. */

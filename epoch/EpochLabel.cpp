@@ -46,37 +46,39 @@ EpochMapping EpochLabel::markMapping() const
 
 int EpochLabel::eraseMarkKeyAt(const QPointF& pos) const
 {
+    const QList<int> keys = eraseMarkKeysAt(pos);
+    return keys.isEmpty() ? -1 : keys.first();
+}
+
+QList<int> EpochLabel::eraseMarkKeysAt(const QPointF& pos) const
+{
+    QList<int> keys;
     if (endTime <= startTime)
-        return -1;
+        return keys;
     const EpochMapping mapping = markMapping();
     const int h = height();
     for (auto it = eraseMarks.cbegin(); it != eraseMarks.cend(); ++it) {
         if (epochMarkBox(it.value(), mapping, h).contains(pos))
-            return it.key();
+            keys.append(it.key());
     }
-    return -1;
-}
-
-void EpochLabel::removeEraseMarksAt(const QPoint& globalPos)
-{
-    if (endTime <= startTime)
-        return;
-    const EpochMapping mapping = markMapping();
-    const QPointF p = QPointF(mapFromGlobal(globalPos));
-    const int h = height();
-    // Overlapping marks under the point all go, not only the first.
-    for (auto it = eraseMarks.begin(); it != eraseMarks.end();) {
-        if (epochMarkBox(it.value(), mapping, h).contains(p))
-            it = eraseMarks.erase(it);
-        else
-            ++it;
-    }
-    update();
+    return keys;
 }
 
 void EpochLabel::paintEvent(QPaintEvent*)
 {
+    EpochBarsContent content;
+    content.startTime = startTime;
+    content.endTime = endTime;
+    content.dataSets = dataSets;
+    content.brushes = brushes;
+    content.eraseMarks = eraseMarks;
+    content.markPen = markPen;
+    // The drag rectangle comes in the table viewport's coordinates, where the
+    // label lies at its geometry.
+    if (!dragRect.isNull())
+        content.dragRect = dragRect.translated(-geometry().topLeft());
+    content.rectPen = rectPen;
+    content.window = window;
     QPainter painter(this);
-    paintEpochBars(&painter, this, dragRect, startTime, endTime, dataSets, eraseMarks, brushes,
-                   markPen, rectPen, window);
+    paintEpochBars(&painter, rect(), content);
 }

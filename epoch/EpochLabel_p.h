@@ -18,9 +18,10 @@
     thin bar per data set over the epoch range, the satellite's erase marks as
     crossed boxes, and the outline of the drag in progress.
 
-    The table owns the marks' bookkeeping (action numbers, undo) and reaches
-    the label's marks and drag rectangle through the accessors below; the
-    setters do not repaint, the table asks for that once it is done.
+    The label only shows: the marks belong to the table's EpochTableModel,
+    which hands each label a copy of its satellite's marks after every
+    change. The setters below do not repaint; the table asks for that once
+    it is done.
 */
 class EpochLabel : public QLabel
 {
@@ -35,20 +36,15 @@ public:
     // Empties range, data sets, marks and brushes; keeps the enabled flag.
     void clearEpochData();
 
-    // Removes every mark whose box contains the global position, then
-    // repaints. Does nothing else for an empty or inverted range.
-    void removeEraseMarksAt(const QPoint& globalPos);
-
     qint64 getStartTime() const { return startTime; }
     qint64 getEndTime() const { return endTime; }
     bool getSatelliteEnabled() const { return satelliteEnabled; }
     const QList<stEpochDataSet>& getDataSets() const { return dataSets; }
     const QList<QBrush>& getBrushes() const { return brushes; }
 
+    // The marks shown, by action number.
     const QMap<int, QPair<qint64, qint64>>& getEraseMarks() const { return eraseMarks; }
-    void setEraseMark(int key, const QPair<qint64, qint64>& mark) { eraseMarks.insert(key, mark); }
-    bool removeEraseMark(int key) { return eraseMarks.remove(key) > 0; }
-    void clearEraseMarks() { eraseMarks.clear(); }
+    void setEraseMarks(const QMap<int, QPair<qint64, qint64>>& marks) { eraseMarks = marks; }
 
     // The drag rectangle in the table viewport's coordinates; null when none.
     QRect getDragRect() const { return dragRect; }
@@ -57,6 +53,8 @@ public:
     // The first mark, in ascending key order, whose box contains the point
     // in label coordinates; -1 when none does or the range is empty.
     int eraseMarkKeyAt(const QPointF& pos) const;
+    // Every mark whose box contains the point, in ascending key order.
+    QList<int> eraseMarkKeysAt(const QPointF& pos) const;
 
     // The part of the range the bars and marks show; inactive (the whole
     // range) unless the table's time window is zoomed. Does not repaint.

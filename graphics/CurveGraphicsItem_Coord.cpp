@@ -5,6 +5,8 @@
 #include "Curve_Coord.h"
 #include "gnssplot_qtcompat_p.h"
 
+#include "TimeLabeller_p.h"
+
 #include <QFontMetrics>
 #include <QMarginsF>
 #include <QPainter>
@@ -51,14 +53,12 @@ CurveGraphicsItem_Coord_PXPY::CurveGraphicsItem_Coord_PXPY(Curve_Coord* coord,
     , m_gridPen(QColor(127, 127, 127, 255))
     , m_textPen(Qt::black)
     , m_bandBrush(QColor(255, 245, 239, 255), Qt::SolidPattern)
-    , m_font(QStringLiteral("Arial"), -1, -1, false)
+    , m_font(TimeLabeller::axisFont())
     , m_showWhichY(nullptr)
 {
     m_axisPen.setWidthF(1.0);
     m_gridPen.setWidthF(1.0);
     m_textPen.setWidthF(1.0);
-    m_font.setPointSizeF(8.0);
-    GnssPlotCompat::setLegacyFontWeight(m_font, 2);
     m_showWhichY = new CurveGraphicsItem_ShowWhichY(this);
     placeShowWhichY();
 }

@@ -6,80 +6,36 @@
 #include "CurveGraphicsItem_ShowWhichY_p.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
-#include "TimeTicks_p.h"
+#include "TimeLabeller_p.h"
 
-#include <QDateTime>
-#include <QFontMetrics>
 #include <QGraphicsView>
 #include <QPainter>
 #include <QPixmap>
-#include <QTimeZone>
 
 #include <cmath>
 #include <memory>
 
 namespace {
 
-const double kSceneXTicks[] = {0.0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1.0};
 const double kSceneYTicks[] = {0.0, 0.25, 0.5, 0.75, 1.0};
-const double kPixmapXTicks[] = {0.0, 0.2, 0.4, 0.6, 0.8, 1.0};
 const double kPixmapYTicks[] = {0.0, 0.5, 1.0};
 
-// Tick times beyond +-100 million days from the epoch (and infinite or NaN
-// ones, as a fresh coordinate's overflowing range gives) get no text: they
-// carry no meaning on a time axis, and the conversion to a whole number of
-// milliseconds would not be defined for all of them.
-constexpr double kMaxTickMSecs = 8.64e15;
-
-struct TickLabels
-{
-    QMap<double, QString> x;
-    QMap<double, QString> y;
-    QString date;
-};
-
-template <size_t NX, size_t NY>
-TickLabels makeTickLabels(const Curve_Coord_XY& coord, const double (&xTicks)[NX],
-                          const double (&yTicks)[NY], const QString& yUnit)
+template <size_t NY>
+QMap<double, QString> makeYLabels(const Curve_Coord_XY& coord, const double (&yTicks)[NY],
+                                  const QString& yUnit)
 {
     double xMin = 0.0;
     double xMax = 0.0;
     double yMin = 0.0;
     double yMax = 0.0;
     coord.getArea(xMin, xMax, yMin, yMax);
-
-    TickLabels labels;
+    QMap<double, QString> labels;
     for (const double f : yTicks) {
         const double value = (yMax - yMin) * f + yMin;
-        labels.y.insert(f, std::isfinite(value)
-                               ? QString::number(value, 'f', 3) + yUnit : QString());
+        labels.insert(f, std::isfinite(value) ? QString::number(value, 'f', 3) + yUnit
+                                              : QString());
     }
-
-    const QString timeFormat = QStringLiteral("HH:mm:ss");
-    QDate captionDate;
-    for (const double f : xTicks) {
-        const double value = (xMax - xMin) * f + xMin;
-        if (!(std::abs(value) <= kMaxTickMSecs)) {
-            labels.x.insert(f, QString());
-            captionDate = QDate();
-            continue;
-        }
-        // Truncation toward zero, as the conversion does: the 0.7 tick of a
-        // whole day lands a hair before 16:48:00 and reads 16:47:59.
-        const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(value),
-                                                              QTimeZone::utc());
-        labels.x.insert(f, time.toString(timeFormat));
-        captionDate = time.date();
-    }
-    // The caption names the day of the right end of the axis.
-    if (captionDate.isValid())
-        labels.date = captionDate.toString(QStringLiteral("yyyy/MM/dd"));
     return labels;
-}
-
-QString timeSystemCaption()
-{
-    return QStringLiteral("GPST");
 }
 
 } // namespace
@@ -266,19 +222,11 @@ void CurveGraphicsScene::onSgCoordAreaChanged()
     coordXY->getArea(xMin, xMax, yMin, yMax);
     if (!(xMax > xMin) || !(yMax > yMin))
         return;
-    TickLabels labels = makeTickLabels(*coordXY, kSceneXTicks, kSceneYTicks, tr("m"));
-    if (m_data->m_roundTimeTicks) {
-        // A date is the widest text a round tick carries.
-        const double labelWidth =
-            QFontMetrics(frame->font()).horizontalAdvance(QStringLiteral("0000/00/00"));
-        labels.x.clear();
-        for (const TimeTick& tick :
-             roundTimeTicks(xMin, xMax, frame->getDataRect().width(), labelWidth)) {
-            labels.x.insert(tick.fraction, tick.text);
-        }
-    }
-    frame->setXLabelsCentred(m_data->m_roundTimeTicks);
-    frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
+    const TimeLabeller::Labels labels = TimeLabeller::axisLabels(
+        xMin, xMax, frame->getDataRect().width(), frame->font(), m_data->m_roundTimeTicks);
+    frame->setXLabelsCentred(labels.bCentred);
+    frame->setLabels(labels.ticks, makeYLabels(*coordXY, kSceneYTicks, tr("m")), labels.date,
+                     TimeLabeller::timeSystemCaption());
 }
 
 void CurveGraphicsScene::onSgSingleShow(QString curveName, bool bSingle)
@@ -335,8 +283,15 @@ void CurveGraphicsScene::DrawXYCurveToPixmap(Curve_Coord_XY* coord, Curve_DataSe
     const int logicalHeight = ratio == 1.0 ? pixmap->height() : qRound(pixmap->height() / ratio);
     auto frame = std::make_unique<CurveGraphicsItem_Coord_PXPY>(coord, nullptr);
     frame->setPixelSize(logicalWidth, logicalHeight);
-    const TickLabels labels = makeTickLabels(*coord, kPixmapXTicks, kPixmapYTicks, QString());
-    frame->setLabels(labels.x, labels.y, labels.date, timeSystemCaption());
+    double xMin = 0.0;
+    double xMax = 0.0;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    coord->getArea(xMin, xMax, yMin, yMax);
+    const TimeLabeller::Labels labels =
+        TimeLabeller::evenLabels(xMin, xMax, TimeLabeller::pictureFractions());
+    frame->setLabels(labels.ticks, makeYLabels(*coord, kPixmapYTicks, QString()), labels.date,
+                     TimeLabeller::timeSystemCaption());
 
     const QRectF frameRect = frame->boundingRect();
     painter.translate(-frameRect.left(), -frameRect.top());

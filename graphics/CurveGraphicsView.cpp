@@ -8,12 +8,13 @@
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet.h"
+#include "TimeLabeller_p.h"
+#include "TimeNavigator_p.h"
+#include "TimeWindow.h"
 
-#include <QDateTime>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QResizeEvent>
-#include <QTimeZone>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -22,13 +23,6 @@
 #include <limits>
 
 namespace {
-
-// A Ctrl+wheel notch shows this share of the window; a Shift+wheel notch
-// pans by this share of the data area's width.
-constexpr double kZoomPerNotch = 0.8;
-constexpr double kPanPerNotch = 0.1;
-// The narrowest window, in sample intervals of the densest curve.
-constexpr double kMinimumSamples = 4.0;
 
 CurveGraphicsItem_Coord_PXPY* frameOf(QGraphicsScene* scene)
 {
@@ -47,9 +41,36 @@ CurveGraphicsItem_Coord_PXPY* frameOf(QGraphicsScene* scene)
 
 } // namespace
 
-class CurveGraphicsView::PrivateData
+class CurveGraphicsView::PrivateData : public TimeNavigator::Target
 {
 public:
+    explicit PrivateData(CurveGraphicsView* view)
+        : q(view)
+    {
+    }
+
+    bool navigationEnabled() const override { return m_nav.bEnabled; }
+    TimeWindow navigationWindow() const override
+    {
+        double tMin = 0.0;
+        double tMax = 0.0;
+        q->getTimeWindow(tMin, tMax);
+        return TimeWindow(tMin, tMax);
+    }
+    QRectF navigationArea() const override { return q->dataAreaInViewport(); }
+    double navigationMinimumSpan() const override;
+    void navigateTo(const TimeWindow& window) override { showWindow(window); }
+    void navigateHome() override { q->resetTimeWindow(); }
+
+    // The X range of all data; invalid without data.
+    TimeWindow dataRange() const;
+    // `window` fitted into the data; invalid when either is. `bActive` says
+    // whether the fitted window leaves out part of the data.
+    TimeWindow fitted(const TimeWindow& window, bool& bActive) const;
+    // Shows `window`, fitted; emits when what is shown changes.
+    bool showWindow(const TimeWindow& window);
+
+    CurveGraphicsView* const q;
     QPointer<CurveGraphicsScene> m_scene;
     double m_maxZoom = 20.0;
     double m_minZoom = 5e-5;
@@ -61,11 +82,11 @@ public:
     {
         bool bEnabled = false;
         bool bActive = false;
-        double tMin = 0.0;
-        double tMax = 0.0;
-        bool bPanning = false;
-        int panLastX = 0;
+        TimeWindow window;
     } m_nav;
+    TimeNavigator* m_navigator = nullptr;
+    int m_marginLeft = 0;
+    int m_marginRight = 0;
     // Hover read-out and the sample it last reported.
     struct HoverState
     {
@@ -78,8 +99,10 @@ public:
 
 CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     : QGraphicsView(parent)
-    , m_data(new PrivateData)
+    , m_data(new PrivateData(this))
 {
+    // Left drags in the data area pan; the Y-selection boxes lie outside it.
+    m_data->m_navigator = new TimeNavigator(this, m_data.get(), Qt::LeftButton);
     m_data->m_scene = new CurveGraphicsScene(this);
     setScene(m_data->m_scene);
     // Connected after the scene's own connection, so the frame for a new
@@ -90,7 +113,12 @@ CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     }
 }
 
-CurveGraphicsView::~CurveGraphicsView() = default;
+CurveGraphicsView::~CurveGraphicsView()
+{
+    // The navigator asks the private data, which goes before the Qt
+    // children do.
+    delete m_data->m_navigator;
+}
 
 CurveScene* CurveGraphicsView::getCurveScene()
 {
@@ -99,8 +127,17 @@ CurveScene* CurveGraphicsView::getCurveScene()
 
 void CurveGraphicsView::fitCoordRect()
 {
-    if (m_data->m_scene)
-        fitInView(m_data->m_scene->getCoordRect(), Qt::IgnoreAspectRatio);
+    if (!m_data->m_scene)
+        return;
+    // The view shows exactly the frame and can scroll nowhere else: fitted
+    // with the view's small margin, the frame is narrower and lower than the
+    // viewport, so the scroll bars have no range and no key, wheel or drag
+    // of a scroll bar can move the frame off its place. Without a frame a
+    // dot at the origin keeps the scene centred, as it was.
+    const QRectF frame = m_data->m_scene->getCoordRect();
+    setSceneRect(frame.isNull() ? QRectF(-0.5, -0.5, 1.0, 1.0) : frame);
+    if (!frame.isNull())
+        fitInView(frame, Qt::IgnoreAspectRatio);
 }
 
 void CurveGraphicsView::resizeEvent(QResizeEvent* event)
@@ -148,26 +185,9 @@ void CurveGraphicsView::onScene_coordChanged()
 
 void CurveGraphicsView::wheelEvent(QWheelEvent* event)
 {
+    // With time navigation the navigator has taken the time gestures before
+    // the event came here; what is left zooms Y.
     const QPoint angle = event->angleDelta();
-    if (m_data->m_nav.bEnabled) {
-        const Qt::KeyboardModifiers modifiers = event->modifiers();
-        if (modifiers & Qt::ControlModifier) {
-            if (angle.y() != 0)
-                zoomTimeAt(event->position().x(), double(angle.y()) / 120.0);
-            event->accept();
-            return;
-        }
-        // Some platforms turn Shift+wheel into a horizontal wheel themselves.
-        const bool sideways = std::abs(angle.x()) > std::abs(angle.y());
-        if ((modifiers & Qt::ShiftModifier) || sideways) {
-            const int notches = sideways ? angle.x() : angle.y();
-            // Turning the wheel away, or to the left, goes back in time.
-            panTimeByPixels(-double(notches) / 120.0 * kPanPerNotch
-                            * dataAreaInViewport().width());
-            event->accept();
-            return;
-        }
-    }
     // The single-axis delta that Qt 5's QWheelEvent::delta() reported and
     // Qt 6 no longer has: the component of larger magnitude, the vertical one
     // on a tie.
@@ -198,19 +218,16 @@ void CurveGraphicsView::setCurvesPosToVerticalZero()
         if (auto* coordXY = qobject_cast<Curve_Coord_XY*>(registry->getCoord_Local())) {
             if (m_data->m_nav.bEnabled && m_data->m_nav.bActive) {
                 // The data may have changed under the window: keep it inside.
-                double tMin = m_data->m_nav.tMin;
-                double tMax = m_data->m_nav.tMax;
                 bool bActive = true;
-                if (fitWindow(tMin, tMax, bActive)) {
-                    bWindowMoved = tMin != m_data->m_nav.tMin || tMax != m_data->m_nav.tMax
-                                   || !bActive;
+                const TimeWindow window = m_data->fitted(m_data->m_nav.window, bActive);
+                if (window.isValid()) {
+                    bWindowMoved = window != m_data->m_nav.window || !bActive;
                     m_data->m_nav.bActive = bActive;
-                    m_data->m_nav.tMin = tMin;
-                    m_data->m_nav.tMax = tMax;
+                    m_data->m_nav.window = window;
                 }
                 if (m_data->m_nav.bActive) {
-                    xMin = m_data->m_nav.tMin;
-                    xMax = m_data->m_nav.tMax;
+                    xMin = m_data->m_nav.window.getMin();
+                    xMax = m_data->m_nav.window.getMax();
                 }
             }
             const double h = std::max(std::abs(yMin), std::abs(yMax)) * m_data->m_zoom;
@@ -239,7 +256,7 @@ void CurveGraphicsView::setTimeNavigationEnabled(bool bEnabled)
 {
     if (bEnabled == m_data->m_nav.bEnabled)
         return;
-    m_data->m_nav.bPanning = false;
+    m_data->m_navigator->cancelPan();
     if (!bEnabled && m_data->m_nav.bActive)
         showWholeRange();
     m_data->m_nav.bEnabled = bEnabled;
@@ -250,34 +267,41 @@ bool CurveGraphicsView::isTimeNavigationEnabled() const
     return m_data->m_nav.bEnabled;
 }
 
-bool CurveGraphicsView::dataLimits(double& xMin, double& xMax) const
+TimeWindow CurveGraphicsView::PrivateData::dataRange() const
 {
-    const CurveScene* registry = m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr;
+    const CurveScene* registry = m_scene ? m_scene->getCurveScene() : nullptr;
+    double xMin = 0.0;
+    double xMax = 0.0;
     double yMin = 0.0;
     double yMax = 0.0;
-    return registry && registry->getAreaLimits(xMin, xMax, yMin, yMax) && std::isfinite(xMin)
-           && std::isfinite(xMax);
+    if (!registry || !registry->getAreaLimits(xMin, xMax, yMin, yMax))
+        return TimeWindow();
+    return TimeWindow(xMin, xMax);
 }
 
 void CurveGraphicsView::getTimeWindow(double& tMin, double& tMax) const
 {
     if (m_data->m_nav.bEnabled && m_data->m_nav.bActive) {
-        tMin = m_data->m_nav.tMin;
-        tMax = m_data->m_nav.tMax;
+        tMin = m_data->m_nav.window.getMin();
+        tMax = m_data->m_nav.window.getMax();
         return;
     }
-    if (!dataLimits(tMin, tMax)) {
+    const CurveScene* registry = m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr;
+    double yMin = 0.0;
+    double yMax = 0.0;
+    if (!registry || !registry->getAreaLimits(tMin, tMax, yMin, yMax) || !std::isfinite(tMin)
+        || !std::isfinite(tMax)) {
         tMin = 0.0;
         tMax = 0.0;
     }
 }
 
-double CurveGraphicsView::minimumSpan(double xMin, double xMax) const
+double CurveGraphicsView::PrivateData::navigationMinimumSpan() const
 {
-    // A few intervals of the densest curve, and never so narrow that the
-    // doubles around the times run out of steps.
+    // A few intervals of the densest curve.
+    const TimeWindow range = dataRange();
     qint64 samples = 0;
-    if (const CurveScene* registry = m_data->m_scene ? m_data->m_scene->getCurveScene() : nullptr) {
+    if (const CurveScene* registry = m_scene ? m_scene->getCurveScene() : nullptr) {
         QMap<QString, const Curve_DataSet*> curves;
         registry->getCurves(curves);
         for (const Curve_DataSet* set : qAsConst(curves)) {
@@ -286,67 +310,39 @@ double CurveGraphicsView::minimumSpan(double xMin, double xMax) const
                 samples = std::max(samples, xAxis->getArea(nullptr, nullptr));
         }
     }
-    const double whole = xMax - xMin;
-    const double interval = samples > 1 ? whole / double(samples - 1) : whole;
-    const double floor = (std::abs(xMin) + std::abs(xMax)) * 0x1p-40;
-    return std::min(whole, std::max(kMinimumSamples * interval, floor));
+    const double whole = range.getSpan();
+    return TimeWindow::minimumSpan(range, samples > 1 ? whole / double(samples - 1) : whole);
 }
 
-bool CurveGraphicsView::fitWindow(double& tMin, double& tMax, bool& bActive) const
+TimeWindow CurveGraphicsView::PrivateData::fitted(const TimeWindow& window, bool& bActive) const
 {
-    double xMin = 0.0;
-    double xMax = 0.0;
-    if (!dataLimits(xMin, xMax) || !(xMin < xMax))
-        return false;
-    if (!(std::isfinite(tMin) && std::isfinite(tMax) && tMin < tMax))
-        return false;
-    double span = tMax - tMin;  // may overflow to infinity: too wide
-    if (!(span < xMax - xMin)) {
-        tMin = xMin;
-        tMax = xMax;
-        bActive = false;
-        return true;
-    }
-    double first = tMin;
-    const double minSpan = minimumSpan(xMin, xMax);
-    if (span < minSpan) {
-        first = tMin * 0.5 + tMax * 0.5 - minSpan * 0.5;
-        span = minSpan;
-    }
-    first = qBound(xMin, first, xMax - span);
-    tMin = first;
-    tMax = std::min(first + span, xMax);
-    bActive = tMin > xMin || tMax < xMax;
-    return true;
+    const TimeWindow range = dataRange();
+    if (!range.isValid() || !window.isValid())
+        return TimeWindow();
+    const TimeWindow result = window.fittedInto(range, navigationMinimumSpan());
+    bActive = !result.covers(range);
+    return result;
 }
 
-bool CurveGraphicsView::showWindow(double tMin, double tMax)
+bool CurveGraphicsView::PrivateData::showWindow(const TimeWindow& window)
 {
     bool bActive = true;
-    if (!fitWindow(tMin, tMax, bActive))
+    const TimeWindow next = fitted(window, bActive);
+    if (!next.isValid())
         return false;
-    double oldMin = 0.0;
-    double oldMax = 0.0;
-    getTimeWindow(oldMin, oldMax);
-    // A linked widget's echo may come back off by a rounding step of its unit
-    // conversion; that is the same window, and answering it would never end.
-    const double tolerance = (tMax - tMin) * 1e-12;
-    if (bActive == m_data->m_nav.bActive && std::abs(tMin - oldMin) <= tolerance
-        && std::abs(tMax - oldMax) <= tolerance) {
+    if (bActive == m_nav.bActive && next.fuzzyEquals(navigationWindow()))
         return false;
-    }
-    m_data->m_nav.bActive = bActive;
-    m_data->m_nav.tMin = tMin;
-    m_data->m_nav.tMax = tMax;
-    setCurvesPosToVerticalZero();
-    emit sgTimeWindowChanged(tMin, tMax);
+    m_nav.bActive = bActive;
+    m_nav.window = next;
+    q->setCurvesPosToVerticalZero();
+    emit q->sgTimeWindowChanged(next.getMin(), next.getMax());
     return true;
 }
 
 void CurveGraphicsView::setTimeWindow(double tMin, double tMax)
 {
     if (m_data->m_nav.bEnabled)
-        showWindow(tMin, tMax);
+        m_data->showWindow(TimeWindow(tMin, tMax));
 }
 
 void CurveGraphicsView::resetTimeWindow()
@@ -375,66 +371,16 @@ QRectF CurveGraphicsView::dataAreaInViewport() const
     return viewportTransform().mapRect(frame->mapRectToScene(frame->getDataRect()));
 }
 
-void CurveGraphicsView::zoomTimeAt(double x, double notches)
-{
-    const QRectF area = dataAreaInViewport();
-    double tMin = 0.0;
-    double tMax = 0.0;
-    getTimeWindow(tMin, tMax);
-    double xMin = 0.0;
-    double xMax = 0.0;
-    if (notches == 0.0 || !(area.width() > 0.0) || !(tMin < tMax) || !dataLimits(xMin, xMax))
-        return;
-    const double span = tMax - tMin;
-    // The time under the cursor keeps its place; a cursor beside the data
-    // area zooms about the nearer end.
-    const double ratio = qBound(0.0, (x - area.left()) / area.width(), 1.0);
-    const double pivot = tMin + ratio * span;
-    double factor = std::pow(kZoomPerNotch, notches);
-    // Stop at the narrowest window rather than let the fit grow it about its
-    // centre, which would move the time under the cursor.
-    const double minSpan = minimumSpan(xMin, xMax);
-    if (span * factor < minSpan)
-        factor = std::min(1.0, minSpan / span);
-    if (factor == 1.0 && span <= minSpan)
-        return;
-    const double newSpan = span * factor;
-    showWindow(pivot - ratio * newSpan, pivot - ratio * newSpan + newSpan);
-}
-
-void CurveGraphicsView::panTimeByPixels(double pixels)
-{
-    const QRectF area = dataAreaInViewport();
-    if (!m_data->m_nav.bActive || !(area.width() > 0.0) || pixels == 0.0)
-        return;
-    const double shift = pixels * (m_data->m_nav.tMax - m_data->m_nav.tMin) / area.width();
-    showWindow(m_data->m_nav.tMin + shift, m_data->m_nav.tMax + shift);
-}
+// The time gestures are the navigator's, which sees every event first; these
+// handlers are what is left to the view.
 
 void CurveGraphicsView::mousePressEvent(QMouseEvent* event)
 {
-    // The Y-selection sits in the left label strip, outside the data area, so
-    // its clicks pass on as before.
-    if (m_data->m_nav.bEnabled && event->button() == Qt::LeftButton
-        && dataAreaInViewport().contains(QPointF(event->pos()))) {
-        m_data->m_nav.bPanning = true;
-        m_data->m_nav.panLastX = event->pos().x();
-        event->accept();
-        return;
-    }
     QGraphicsView::mousePressEvent(event);
 }
 
 void CurveGraphicsView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (m_data->m_nav.bPanning) {
-        const int dx = event->pos().x() - m_data->m_nav.panLastX;
-        m_data->m_nav.panLastX = event->pos().x();
-        // The data follow the mouse: dragging right shows earlier times.
-        panTimeByPixels(-double(dx));
-        event->accept();
-        return;
-    }
     QGraphicsView::mouseMoveEvent(event);
     if (m_data->m_hover.bEnabled)
         updateHover(event->pos());
@@ -442,34 +388,37 @@ void CurveGraphicsView::mouseMoveEvent(QMouseEvent* event)
 
 void CurveGraphicsView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (m_data->m_nav.bPanning && event->button() == Qt::LeftButton) {
-        m_data->m_nav.bPanning = false;
-        event->accept();
-        return;
-    }
     QGraphicsView::mouseReleaseEvent(event);
 }
 
 void CurveGraphicsView::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (m_data->m_nav.bEnabled && event->button() == Qt::LeftButton
-        && dataAreaInViewport().contains(QPointF(event->pos()))) {
-        resetTimeWindow();
-        event->accept();
-        return;
-    }
     QGraphicsView::mouseDoubleClickEvent(event);
 }
 
 void CurveGraphicsView::keyPressEvent(QKeyEvent* event)
 {
-    if (m_data->m_nav.bEnabled && event->key() == Qt::Key_Home
-        && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
-        resetTimeWindow();
-        event->accept();
-        return;
-    }
+    // The scene rect leaves the scroll bars no range, so the arrow and page
+    // keys that would scroll move nothing.
     QGraphicsView::keyPressEvent(event);
+}
+
+void CurveGraphicsView::setPlotMargins(int left, int right)
+{
+    left = std::max(0, left);
+    right = std::max(0, right);
+    if (left == m_data->m_marginLeft && right == m_data->m_marginRight)
+        return;
+    m_data->m_marginLeft = left;
+    m_data->m_marginRight = right;
+    // The viewport's resize gives the frame its new size.
+    setViewportMargins(left, 0, right, 0);
+}
+
+void CurveGraphicsView::getPlotMargins(int& left, int& right) const
+{
+    left = m_data->m_marginLeft;
+    right = m_data->m_marginRight;
 }
 
 // --- Round ticks ------------------------------------------------------------
@@ -567,11 +516,7 @@ void CurveGraphicsView::updateHover(const QPoint& viewportPos)
     m_data->m_hover.last = sample;
     m_data->m_hover.bReported = true;
     if (m_data->m_hover.bToolTip) {
-        QString time;
-        if (std::abs(sample.timeMs) <= 8.64e15) {
-            time = QDateTime::fromMSecsSinceEpoch(qint64(sample.timeMs), QTimeZone::utc())
-                       .toString(QStringLiteral("yyyy/MM/dd HH:mm:ss.zzz"));
-        }
+        const QString time = TimeLabeller::toolTipTime(sample.timeMs);
         QToolTip::showText(viewport()->mapToGlobal(viewportPos),
                            tr("Curve %1, F %2\nTime %3 GPST\nValue %4 m")
                                .arg(sample.curveName)

@@ -28,6 +28,10 @@ class CurveGraphicsScene;
 
     The host registers curves through getCurveScene().
 
+    The view always shows exactly its frame: it never scrolls, whatever key,
+    wheel or scroll-bar action the user tries, and with navigation off the
+    keys leave the picture alone.
+
     \par Time navigation
 
     With timeNavigationEnabled (off by default) the user can show a window of
@@ -36,7 +40,13 @@ class CurveGraphicsScene;
     - Shift+wheel, a horizontal wheel or a left drag in the data area pans.
     - A left double-click in the data area, or the Home key, shows all
       data again (resetTimeWindow()).
+    - Left and Right pan by a tenth of the window, + and - zoom about its
+      middle, with the keyboard focus on the view.
     - The plain wheel zooms Y as before and keeps the window.
+    The gestures come from one event filter that CurveGraphicsTableWidget_Epoch
+    installs as well, so both widgets move alike for the same wheel, drag or
+    key; only the plain wheel (Y zoom here, rows there) and the pan button
+    (left here, middle there, where the left button marks epochs) differ.
 
     The window is kept inside the X range of the data and at least four
     sample intervals wide. Times are milliseconds since 1970 (GPST read on
@@ -130,6 +140,15 @@ public:
         table's bars. */
     QRectF dataAreaInViewport() const;
 
+    /*! Keeps \a left and \a right pixels free inside the view beside the
+        plot: the viewport, and with it the frame, becomes that much narrower.
+        Negative values count as 0; 0 and 0 (the default) let the plot fill
+        the view. CurveGraphicsTableWidget_Epoch::alignBarsWith() sets them to
+        line the table's bars up with the data area. */
+    void setPlotMargins(int left, int right);
+    /*! The margins set by setPlotMargins(), pixels. */
+    void getPlotMargins(int& left, int& right) const;
+
     /*! Puts the X ticks on round times of day (true) or back on the eleven
         evenly spaced ticks (false, the default) and relabels at once. */
     void setRoundTimeTicks(bool bRound);
@@ -206,12 +225,6 @@ private:
     void fitCoordRect();
     // Leaves the time window for the whole range and says so.
     void showWholeRange();
-    bool dataLimits(double& xMin, double& xMax) const;
-    double minimumSpan(double xMin, double xMax) const;
-    bool fitWindow(double& tMin, double& tMax, bool& bActive) const;
-    bool showWindow(double tMin, double tMax);
-    void zoomTimeAt(double x, double notches);
-    void panTimeByPixels(double pixels);
     void updateHover(const QPoint& viewportPos);
     void clearHover();
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TimeTicks_p.h"
 
-#include <QDate>
-#include <QLatin1Char>
+#include "TimeLabeller_p.h"
 
 #include <cmath>
 
@@ -35,30 +34,6 @@ qint64 ceilDiv(qint64 a, qint64 b)
     // quotients up.
     const qint64 q = a / b;
     return (a % b != 0 && a > 0) ? q + 1 : q;
-}
-
-QString twoDigits(int value)
-{
-    return QString::number(value).rightJustified(2, QLatin1Char('0'));
-}
-
-QString tickText(qint64 msecs, bool bSeconds, bool& bDate)
-{
-    qint64 msOfDay = msecs % kDay;
-    if (msOfDay < 0)
-        msOfDay += kDay;
-    bDate = msOfDay == 0;
-    if (bDate) {
-        const QDate date = QDate(1970, 1, 1).addDays((msecs - msOfDay) / kDay);
-        return QString::number(date.year()).rightJustified(4, QLatin1Char('0'))
-               + QLatin1Char('/') + twoDigits(date.month()) + QLatin1Char('/')
-               + twoDigits(date.day());
-    }
-    const int seconds = int(msOfDay / kSecond);
-    QString text = twoDigits(seconds / 3600) + QLatin1Char(':') + twoDigits(seconds / 60 % 60);
-    if (bSeconds)
-        text += QLatin1Char(':') + twoDigits(seconds % 60);
-    return text;
 }
 
 // The finest step whose ticks lie at least `spacing` pixels apart and that
@@ -114,7 +89,7 @@ QVector<TimeTick> roundTimeTicks(double tMin, double tMax, double pixelWidth, do
         TimeTick tick;
         tick.msecs = t;
         tick.fraction = qBound(0.0, (double(t) - tMin) / span, 1.0);
-        tick.text = tickText(t, bSeconds, tick.bDate);
+        tick.text = TimeLabeller::roundTickText(t, bSeconds, tick.bDate);
         ticks.append(tick);
     }
     return ticks;

@@ -86,6 +86,7 @@ public:
     {
         return m_min == other.m_min && m_max == other.m_max;
     }
+    /*! Whether either bound differs from that of \a other. */
     constexpr bool operator!=(const TimeWindow& other) const { return !(*this == other); }
 
 private:

@@ -71,10 +71,25 @@ void tst_EpochTable::selection()
     for (const QString& name : data.keys())
         QVERIFY(!selection.value(name));
 
-    // A row click leaves the title alone, even when no row stays checked.
-    boxAt(table, 2)->setChecked(true);
+    // A row click leaves the title alone, whichever way it goes: checked
+    // while a row is cleared, and cleared while every row is checked again.
+    title->click();
+    QVERIFY(title->isChecked());
+    QSignalSpy spy(&table, &CurveGraphicsTableWidget_Epoch::sgStateliteSelection);
     boxAt(table, 2)->click();
+    QVERIFY(title->isChecked());
+    QCOMPARE(spy.count(), 1);
+    table.getStateliteEnabled(selection);
+    QCOMPARE(selection.value(QStringLiteral("G02")), false);
+    title->click();
     QVERIFY(!title->isChecked());
+    for (int row = 1; row <= 3; ++row)
+        boxAt(table, row)->click();
+    QVERIFY(!title->isChecked());
+    QCOMPARE(spy.count(), 5);
+    table.getStateliteEnabled(selection);
+    for (const QString& name : data.keys())
+        QVERIFY(selection.value(name));
 }
 
 QTEST_MAIN(tst_EpochTable)

@@ -79,16 +79,41 @@ void tst_HostileInputs::nonFiniteSamples()
     QVERIFY(registry->addCurve(QStringLiteral("c"), curve(xs, ys), true, Qt::red,
                                ECurveShowCap_Line, true));
     // A sane curve beside the hostile one still shows.
-    QVERIFY(registry->addCurve(QStringLiteral("d"), curve({0, 3}, {0.5, 0.5}), true, Qt::blue,
-                               ECurveShowCap_Point, true));
+    QVERIFY(registry->addCurve(QStringLiteral("d"), curve({0, 1, 2, 3}, {0.5, 0.5, 0.5, 0.5}),
+                               true, Qt::blue, ECurveShowCap_Point, true));
     view.setCurvesPosToVerticalZero();
     render(&view);
     auto* coord = qobject_cast<Curve_Coord_XY*>(registry->getCoord_Local());
     QVERIFY(coord->setArea(kNaN, 3, -1, kNaN)); // NaN bounds are taken
     render(&view);
     QVERIFY(coord->setArea(0, 3, -1, 1));
-    const QImage image = render(&view);
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    const QImage image = view.grab().toImage();
     QCOMPARE(image.size(), view.size());
+    // Its blue dots sit at 0.5 m, a quarter down the data area; nothing else
+    // inside the data area is blue.
+    const QRectF area = view.dataAreaInViewport().translated(view.viewport()->pos());
+    const double row = area.top() + 0.25 * area.height();
+    int left = 0;
+    int right = 0;
+    // A dot on an end of the axis is centred on it: half of it lies beside.
+    for (int y = int(area.top()); y < int(area.bottom()); ++y) {
+        for (int x = int(area.left()) - 3; x < int(area.right()) + 3; ++x) {
+            const QColor c = image.pixelColor(x, y);
+            if (c.blue() < c.red() + 60 || c.blue() < c.green() + 60)
+                continue;
+            QVERIFY2(std::abs(y - row) <= 4.0, qPrintable(QStringLiteral("blue at %1,%2")
+                                                              .arg(x)
+                                                              .arg(y)));
+            (x < area.center().x() ? left : right) += 1;
+        }
+    }
+    // The dots inside the area show on both halves, whatever a dot on an
+    // edge does.
+    if (left == 0 || right == 0)
+        image.save(QDir::tempPath() + QStringLiteral("/gnssplot-sane-curve.png"));
+    QVERIFY(left > 0);
+    QVERIFY(right > 0);
 
     QPixmap pixmap(300, 200);
     QScopedPointer<Curve_DataSet_XY> alone(curve(xs, ys));

@@ -98,8 +98,12 @@ DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, Q
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged, m_view,
             &CurveGraphicsView::setTimeWindow);
     m_view->setHoverReadOutEnabled(true);
-    // Ticks on round times of day, as an analyst reads them.
+    // Ticks on round times of day, as an analyst reads them, on the plot
+    // and on the table's own axis, which reads in time even for a file with
+    // nothing to plot.
     m_view->setRoundTimeTicks(true);
+    m_table->setRoundTimeTicks(true);
+    m_table->setTimeAxisVisible(true);
 }
 
 DemoHost::~DemoHost() = default;

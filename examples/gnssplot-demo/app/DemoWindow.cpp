@@ -23,7 +23,6 @@
 #include <QMessageBox>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -65,12 +64,7 @@ DemoWindow::DemoWindow(QWidget* parent)
                                   "unchecked at the last Apply are not offered"));
     curveBar->addWidget(m_singleChoice);
     curveLayout->addLayout(curveBar);
-    // Margins beside the view and the table line their time axes up (see
-    // alignBarsWithPlot()).
-    m_viewRow = new QHBoxLayout;
-    m_viewRow->setContentsMargins(0, 0, 0, 0);
-    m_viewRow->addWidget(m_view);
-    curveLayout->addLayout(m_viewRow, 1);
+    curveLayout->addWidget(m_view, 1);
 
     // The table: bars start at the left edge of its second column, like the
     // view's data area, once the headers are hidden.
@@ -90,9 +84,9 @@ DemoWindow::DemoWindow(QWidget* parent)
     auto* left = new QSplitter(Qt::Vertical);
     left->addWidget(curvePane);
     auto* tablePane = new QWidget;
-    m_tableRow = new QHBoxLayout(tablePane);
-    m_tableRow->setContentsMargins(0, 0, 0, 0);
-    m_tableRow->addWidget(m_table);
+    auto* tableRow = new QHBoxLayout(tablePane);
+    tableRow->setContentsMargins(0, 0, 0, 0);
+    tableRow->addWidget(m_table);
     left->addWidget(tablePane);
     left->setStretchFactor(0, 3);
     left->setStretchFactor(1, 2);
@@ -148,8 +142,9 @@ DemoWindow::DemoWindow(QWidget* parent)
         chooseSingleCurve(index <= 0 ? QString() : m_singleChoice->itemText(index));
     });
     m_panel->showMarks({}, 0);
-    m_view->viewport()->installEventFilter(this);
-    m_table->viewport()->installEventFilter(this);
+    // Plot and table show the same time window; an epoch also sits at the
+    // same x in both, so that a mark lines up with the samples it erases.
+    m_table->alignBarsWith(m_view);
     resize(1280, 800);
 }
 
@@ -233,68 +228,6 @@ bool DemoWindow::load(std::unique_ptr<ObservationSource> source, QString* error)
     return ok;
 }
 
-bool DemoWindow::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::Resize
-        && (watched == m_view->viewport() || watched == m_table->viewport()))
-        scheduleAlignment();
-    return QMainWindow::eventFilter(watched, event);
-}
-
-// Once the resizes in flight have settled: the view updates its data area
-// only after its viewport has been resized.
-void DemoWindow::scheduleAlignment()
-{
-    if (m_alignmentPending)
-        return;
-    m_alignmentPending = true;
-    QTimer::singleShot(0, this, [this] {
-        m_alignmentPending = false;
-        alignBarsWithPlot();
-    });
-}
-
-// Plot and table show the same time window; an epoch should also sit at the
-// same x in both, so that a mark lines up with the samples it erases. The
-// plot's label strip and the table's name column have widths of their own,
-// and the table's scroll bar takes room on the right. Whichever side starts
-// earlier is moved in (a margin left of the view, or a wider name column),
-// and whichever ends later (a margin right of the view or of the table).
-void DemoWindow::alignBarsWithPlot()
-{
-    const QRectF area = m_view->dataAreaInViewport();
-    if (area.isEmpty() || m_table->columnCount() < 2 || m_nameColumnWidth <= 0)
-        return;
-    const auto xIn = [this](const QWidget* widget, double x) {
-        return widget->mapTo(this, QPoint(qRound(x), 0)).x();
-    };
-    const QMargins viewBefore = m_viewRow->contentsMargins();
-    const QMargins tableBefore = m_tableRow->contentsMargins();
-    // Where each edge would be without what was added before.
-    const int plotLeft = xIn(m_view->viewport(), area.left()) - viewBefore.left();
-    const int plotRight = xIn(m_view->viewport(), area.right()) + viewBefore.right();
-    const int barsLeft =
-        xIn(m_table->viewport(), m_table->columnViewportPosition(1)) - m_nameColumnAdded;
-    const int barsRight = xIn(m_table->viewport(), m_table->viewport()->width())
-                          + tableBefore.right();
-
-    const int viewLeft = std::max(0, barsLeft - plotLeft);
-    const int added = std::max(0, plotLeft - barsLeft);
-    const int viewRight = std::max(0, plotRight - barsRight);
-    const int tableRight = std::max(0, barsRight - plotRight);
-    const QMargins viewMargins(viewLeft, viewBefore.top(), viewRight, viewBefore.bottom());
-    const QMargins tableMargins(tableBefore.left(), tableBefore.top(), tableRight,
-                                tableBefore.bottom());
-    if (viewMargins != viewBefore)
-        m_viewRow->setContentsMargins(viewMargins);
-    if (tableMargins != tableBefore)
-        m_tableRow->setContentsMargins(tableMargins);
-    if (added != m_nameColumnAdded) {
-        m_nameColumnAdded = added;
-        m_table->setColumnWidth(0, m_nameColumnWidth + added);
-    }
-}
-
 void DemoWindow::onLoaded()
 {
     LoadStats& stats = m_host->loadStats();
@@ -305,13 +238,11 @@ void DemoWindow::onLoaded()
         stats.paintMs = paint.elapsed();
     }
     // The header's "Satellite" box is wider than the library's first column
-    // in some fonts and languages.
+    // in some fonts and languages; the bars stay lined up with the plot.
     if (QWidget* header = m_table->cellWidget(0, 0)) {
-        m_nameColumnWidth = std::max(m_table->columnWidth(0) - m_nameColumnAdded,
-                                     header->sizeHint().width() + 4);
-        m_table->setColumnWidth(0, m_nameColumnWidth + m_nameColumnAdded);
+        m_table->setColumnWidth(
+            0, std::max(m_table->columnWidth(0), header->sizeHint().width() + 4));
     }
-    scheduleAlignment();
     fillSingleChoice();
     QString preferred;
     qint64 most = -1;

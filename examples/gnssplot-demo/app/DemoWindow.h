@@ -62,9 +62,6 @@ private:
     void loadSynthetic();
     void saveCurvePicture(const QString& satellite);
     void saveBarsPicture();
-    void scheduleAlignment();
-    void alignBarsWithPlot();
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
     MultipathView* m_view;
     CurveGraphicsTableWidget_Epoch* m_table;
@@ -73,13 +70,6 @@ private:
     QComboBox* m_singleChoice;
     QHBoxLayout* m_legend;
     QLabel* m_statusLabel;
-    QHBoxLayout* m_viewRow;
-    QHBoxLayout* m_tableRow;
-    // The table's first column as its header needs it, and what aligning
-    // the bars with the plot added to it.
-    int m_nameColumnWidth = 0;
-    int m_nameColumnAdded = 0;
-    bool m_alignmentPending = false;
     NavigationLoadResult m_navigationLoad;
 };
 
