@@ -163,6 +163,8 @@ qint64 DemoDocument::blank(SatelliteObservations& sat, const std::vector<qint64>
                 s.pseudorange[i] = nan;
                 s.phase[i] = nan;
                 s.lli[i] = 0;
+                if (i < s.snr.size())
+                    s.snr[i] = nan;
             }
         }
     }

@@ -37,9 +37,11 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readText(const QByteArray&
         const qint64 interval = sourceIntervalMs(header, body.epochs);
         const QString description = QStringLiteral("RINEX %1 observations %2")
                                         .arg(header.version, 0, 'f', 2).arg(name);
-        return std::make_unique<MemoryObservationSource>(description, std::move(body.epochs),
-                                                         interval > 0 ? interval : 1000,
-                                                         std::move(sats));
+        auto source = std::make_unique<MemoryObservationSource>(
+            description, std::move(body.epochs), interval > 0 ? interval : 1000,
+            std::move(sats));
+        source->setReadStop(body.stop);
+        return source;
     } catch (const ParseError& e) {
         if (error)
             *error = QStringLiteral("line %1: %2").arg(e.line).arg(e.message);
@@ -55,15 +57,29 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readFile(const QString& pa
 {
     QByteArray text;
     QString message;
-    if (!readMaybeGzipped(path, &text, &message)) {
+    bool streamCut = false;
+    if (!readMaybeGzipped(path, &text, &message, &streamCut)) {
         if (error)
             *error = message;
         return nullptr;
     }
     const QString name = QFileInfo(path).fileName();
     auto source = readText(text, name, &message);
-    if (!source && error)
-        *error = QStringLiteral("%1: %2").arg(name, message);
+    if (!source) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(name, message);
+        return nullptr;
+    }
+    ReadStop stop = source->readStop();
+    stop.file = name;
+    if (streamCut) {
+        stop.compressedCut = true;
+        // Cut right after a whole epoch, the text itself looks complete:
+        // the stream ended where the next line would have begun.
+        if (!stop.isCut())
+            stop.line = qint64(text.count('\n')) + 1;
+    }
+    source->setReadStop(stop);
     return source;
 }
 
