@@ -318,8 +318,8 @@ void tst_Quality::recountSmallFile()
         MultipathInfo info;
         QVERIFY(computeMultipath(*sat, source->epochs(), source->intervalMs(), &curve, &info,
                                  &error));
-        SatelliteQuality q = satelliteQuality(*sat, source->epochs(), source->intervalMs(),
-                                              info);
+        SatelliteQuality q = satelliteQuality(*sat, source->epochs(), source->intervalMs());
+        addMultipath(q, info);
         const std::vector<double> elevations = [] {
             std::vector<double> e;
             for (int k = 0; k < Epochs; ++k)
@@ -446,7 +446,8 @@ void tst_Quality::slipEvents()
     MultipathInfo info;
     QString error;
     QVERIFY(computeMultipath(sat, epochs, 1000, &curve, &info, &error));
-    const BandEvents events = bandEvents(sat, epochs, 1000, info);
+    BandEvents events = bandEvents(sat, epochs, 1000);
+    addPhaseJumps(events, info);
     QCOMPARE(listOf(events[BandL1]), onL1);
     QCOMPARE(listOf(events[BandL2]), onL2);
     QVERIFY(events[BandL5].empty());
@@ -480,8 +481,7 @@ void tst_Quality::satellitesPerEpoch()
     std::vector<SatelliteQuality> qualities;
     for (int i = 0; i < source->satelliteCount(); ++i) {
         const SatelliteObservations* sat = source->satelliteAt(i);
-        qualities.push_back(satelliteQuality(*sat, source->epochs(), source->intervalMs(),
-                                             MultipathInfo()));
+        qualities.push_back(satelliteQuality(*sat, source->epochs(), source->intervalMs()));
         QCOMPARE(qualities.back().epochsWithData,
                  qint64(stats.value(QStringLiteral("sat_epoch_counts")).toObject()
                             .value(sat->name).toInt()));
@@ -511,7 +511,8 @@ void tst_Quality::csvRows_data()
     QTest::addColumn<double>("value");
     QTest::addColumn<QByteArray>("row"); // empty: no row
     const qint64 t = gpstMilliseconds(2024, 7, 27, 10, 15, 30.0);
-    QTest::newRow("whole second") << t << 0.41249 << QByteArray("G05,2024-07-27T10:15:30,MP1,0.4125\n");
+    QTest::newRow("whole second") << t << 0.41249
+                                  << QByteArray("G05,2024-07-27T10:15:30,MP1,0.4125\n");
     QTest::newRow("milliseconds") << t + 443 << -1.5
                                   << QByteArray("G05,2024-07-27T10:15:30.443,MP1,-1.5000\n");
     QTest::newRow("before 1970") << qint64(-1) << 2.0

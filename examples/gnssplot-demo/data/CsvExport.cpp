@@ -39,7 +39,8 @@ void appendCurveRows(QByteArray& out, const QString& satellite, const QString& s
     const QByteArray prefix = satellite.toUtf8() + ',';
     const QByteArray middle = ',' + signal.toUtf8() + ',';
     for (qint64 i = 0; i < count; ++i) {
-        if (!(x[i] >= tMin && x[i] <= tMax) || !std::isfinite(y[i]))
+        // Beyond some 285,000 years a time has no calendar date to write.
+        if (!(x[i] >= tMin && x[i] <= tMax) || !std::isfinite(y[i]) || std::fabs(x[i]) > 9e15)
             continue;
         out += prefix;
         out += csvTime(qint64(std::llround(x[i])));

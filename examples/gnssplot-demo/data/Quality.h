@@ -27,19 +27,23 @@ namespace gnssdemo {
 using BandEvents = std::array<std::vector<EpochEvent>, BandCount>;
 
 /*!
-    The events of satellite \a sat per band, in epoch order:
-    - LossOfLock where the band has a phase with bit 0 of its loss-of-lock
-      indicator set (also set for the satellites of a power-failure epoch and
-      of cycle-slip records);
+    The events of satellite \a sat per band that its observations show, in
+    epoch order:
     - Gap where the band's code or phase comes back after one or more epochs
       without, or after a step longer than \a gapFactor intervals;
-    - PhaseJump at the phase jumps in \a info (its breaks), on both bands of
-      the multipath pair: the geometry-free combination cannot tell which
-      carrier slipped.
-    One epoch may carry several kinds; each kind at most once.
+    - LossOfLock where the band has a phase with bit 0 of its loss-of-lock
+      indicator set (also set for the satellites of a power-failure epoch and
+      of cycle-slip records).
+    One epoch may carry both, the gap first. Needs no multipath result, so
+    it can be found while another thread computes curves.
 */
 BandEvents bandEvents(const SatelliteObservations& sat, const std::vector<qint64>& epochs,
-                      qint64 intervalMs, const MultipathInfo& info, double gapFactor = 1.5);
+                      qint64 intervalMs, double gapFactor = 1.5);
+
+/*! Adds PhaseJump events at the phase jumps of \a info (its breaks) to
+    both bands of the multipath pair, in epoch order: the geometry-free
+    combination cannot tell which carrier slipped. */
+void addPhaseJumps(BandEvents& events, const MultipathInfo& info);
 
 /*! One satellite's elevation in degrees at every epoch of the source (NaN
     where unknown), or null when the satellite has no position. The pointer
@@ -88,12 +92,17 @@ struct SatelliteQuality
 };
 
 /*!
-    The numbers of satellite \a sat from its observations and its multipath
-    result \a info; no elevations yet (see applyElevations()).
+    The numbers of satellite \a sat that its observations give: epochs with
+    data, their runs, gaps and loss of lock; no multipath (see
+    addMultipath()) and no elevations yet (see applyElevations()).
 */
 SatelliteQuality satelliteQuality(const SatelliteObservations& sat,
                                   const std::vector<qint64>& epochs, qint64 intervalMs,
-                                  const MultipathInfo& info, double gapFactor = 1.5);
+                                  double gapFactor = 1.5);
+
+/*! Takes the phase jumps and the MP1 and MP2 root mean squares of the
+    satellite's multipath result \a info into \a quality. */
+void addMultipath(SatelliteQuality& quality, const MultipathInfo& info);
 
 /*! Counts the epochs of \a quality above \a maskDegrees from \a elevations
     (one per epoch, degrees, NaN where unknown; \a epochCount of them). Null,
