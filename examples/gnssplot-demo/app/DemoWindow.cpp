@@ -376,7 +376,21 @@ void DemoWindow::updateStatus()
     const QString empty = m_host->emptyReason();
     if (!empty.isEmpty())
         text += QStringLiteral(". ") + empty;
+    // A file cut short: what was kept is shown, and where it stopped is said.
+    const QString cut = m_host->readWarning();
+    if (!cut.isEmpty())
+        text += QStringLiteral(". ") + cut;
     m_statusLabel->setText(text);
+    m_statusLabel->setToolTip(text);
+}
+
+void DemoWindow::showReadFailure(const QString& error)
+{
+    const QString text = DemoTexts::cannotRead(error);
+    if (!m_host->document())
+        m_view->setEmptyText(text);
+    m_statusLabel->setText(text);
+    m_statusLabel->setToolTip(text);
 }
 
 void DemoWindow::openRinexDialog()

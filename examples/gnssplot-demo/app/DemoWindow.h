@@ -35,8 +35,13 @@ public:
     /*! Replaces the shown data by \a source (see DemoHost::load()). */
     bool load(std::unique_ptr<ObservationSource> source, QString* error);
     /*! Reads a RINEX observation file (2.xx or 3.xx, plain or compact, each
-        plain, gzip or Unix-compressed) and loads it. */
+        plain, gzip or Unix-compressed) and loads it. A file cut short loads
+        its complete epochs; the status bar says where it stopped. */
     bool loadRinex(const QString& path, QString* error);
+    /*! Says over the plot and in the status bar that a file could not be
+        read, and why (\a error as loadRinex() gives it). What was loaded
+        before stays. */
+    void showReadFailure(const QString& error);
 
     DemoHost* host() const { return m_host; }
     const LoadStats& loadStats() const { return m_host->loadStats(); }
