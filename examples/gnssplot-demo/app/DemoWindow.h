@@ -38,10 +38,13 @@ public:
         plain, gzip or Unix-compressed) and loads it. A file cut short loads
         its complete epochs; the status bar says where it stopped. */
     bool loadRinex(const QString& path, QString* error);
-    /*! Says over the plot and in the status bar that a file could not be
-        read, and why (\a error as loadRinex() gives it). What was loaded
-        before stays. */
+    /*! Says in the message line above the plot, and over the plot when
+        nothing is loaded, that a file could not be read, and why (\a error
+        as loadRinex() gives it). What was loaded before stays. */
     void showReadFailure(const QString& error);
+    /*! The message line's text: where a file cut short stopped, or why a
+        file could not be read; empty when there is nothing to say. */
+    QString message() const;
 
     DemoHost* host() const { return m_host; }
     const LoadStats& loadStats() const { return m_host->loadStats(); }
@@ -57,6 +60,7 @@ private:
     void onLoaded();
     void onApplied();
     void updateStatus();
+    void showMessage(const QString& text);
     void openRinexDialog();
     void loadSynthetic();
     void saveCurvePicture(const QString& satellite);
@@ -72,6 +76,7 @@ private:
     QComboBox* m_singleChoice;
     QHBoxLayout* m_legend;
     QLabel* m_statusLabel;
+    QLabel* m_messageLine;
     QHBoxLayout* m_viewRow;
     QHBoxLayout* m_tableRow;
     // The table's first column as its header needs it, and what aligning
