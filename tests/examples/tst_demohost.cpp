@@ -306,51 +306,60 @@ void tst_DemoHost::applyRecountsTheNumbers()
 
 void tst_DemoHost::fitYToData_data()
 {
-    QTest::addColumn<double>("tMin"); // seconds of the day
+    QTest::addColumn<double>("tMin"); // milliseconds
     QTest::addColumn<double>("tMax");
-    QTest::addColumn<QList<int>>("yIndexes");
-    QTest::newRow("whole day, both") << 0.0 << 1e9 << QList<int>{0, 1};
-    QTest::newRow("first ten minutes, MP1") << 0.0 << 600.0 << QList<int>{0};
-    QTest::newRow("one epoch, MP2") << 300.0 << 300.0 << QList<int>{1};
-    QTest::newRow("window without samples") << 5e5 << 6e5 << QList<int>{0, 1};
-    QTest::newRow("no axis") << 0.0 << 1e9 << QList<int>{2};
+    QTest::addColumn<QList<int>>("axes");
+    QTest::addColumn<double>("yMin"); // NaN: no value in the window
+    QTest::addColumn<double>("yMax");
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    QTest::newRow("all, first axis") << -1e9 << 1e9 << QList<int>{1} << -3.0 << 2.0;
+    QTest::newRow("first half, both axes") << 0.0 << 4000.0 << QList<int>{1, 2} << -0.7 << 0.6;
+    QTest::newRow("bounds inside") << 1000.0 << 2000.0 << QList<int>{2} << -0.7 << 0.6;
+    QTest::newRow("only a NaN") << 3000.0 << 3000.0 << QList<int>{1} << none << none;
+    QTest::newRow("after the samples") << 9500.0 << 2e4 << QList<int>{1, 2} << none << none;
+    QTest::newRow("no such axis") << -1e9 << 1e9 << QList<int>{0, 3} << none << none;
 }
 
+// The Y range of samples in a time window, on a curve whose values are
+// known; then the host's step that fits the view to it.
 void tst_DemoHost::fitYToData()
 {
     QFETCH(double, tMin);
     QFETCH(double, tMax);
-    QFETCH(QList<int>, yIndexes);
+    QFETCH(QList<int>, axes);
+    QFETCH(double, yMin);
+    QFETCH(double, yMax);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<double> columns[3] = {
+        {0, 1000, 2000, 3000, 4000, 5000, 6000, 7000, 8000, 9000},
+        {0.1, -0.5, 0.2, nan, 0.3, 2.0, -0.1, 0.0, 0.4, -3.0},
+        {0.0, 0.6, -0.7, nan, 0.1, 0.2, 0.0, 0.0, 0.0, 0.0}};
+    Curve_DataSet_XY curve(2);
+    for (int k = 0; k < 3; ++k) {
+        AxisData* axis = curve.getAxisData(k);
+        axis->beginSetData();
+        QVERIFY(axis->allocData(10, nullptr));
+        std::copy(columns[k].begin(), columns[k].end(), axis->getInSettingData(0, nullptr));
+        axis->endSetData(true);
+    }
+    double lo = 42.0, hi = 42.0;
+    const bool found = yRangeInWindow({&curve}, axes, tMin, tMax, &lo, &hi);
+    QCOMPARE(found, !std::isnan(yMin));
+    QCOMPARE(lo, found ? yMin : 42.0);
+    QCOMPARE(hi, found ? yMax : 42.0);
+
+    // The host fits the view's window, the wheel's zoom undone; with
+    // nothing to fit it changes nothing.
     Fixture f;
     QVERIFY(f.load(everything(40)));
-    const double day = double(f.host.document()->epochs().front());
-    // The largest magnitude, looked up sample by sample.
-    double largest = 0.0;
-    for (const QString& name : f.host.curveNames()) {
-        const Curve_DataSet_XY* curve = f.host.curve(name);
-        qint64 n = 0;
-        const double* x = curve->getAxisData(0)->getData(0, &n);
-        for (int index : yIndexes) {
-            const AxisData* axis = index >= 0 && index <= 1 ? curve->getAxisData(index + 1)
-                                                            : nullptr;
-            const double* y = axis ? axis->getData(0, nullptr) : nullptr;
-            for (qint64 i = 0; y && i < n; ++i) {
-                if (x[i] >= day + tMin * 1000 && x[i] <= day + tMax * 1000)
-                    largest = std::max(largest, std::abs(y[i]));
-            }
-        }
-    }
-    QCOMPARE(f.host.fitHalfRange(day + tMin * 1000, day + tMax * 1000, yIndexes),
-             largest * 1.05);
-    // The view takes it over the time window it shows, with the wheel's zoom
-    // undone; without values nothing changes.
-    f.view.setTimeWindow(day + tMin * 1000, day + tMax * 1000);
-    double shownMin = 0.0, shownMax = 0.0;
-    f.view.getTimeWindow(shownMin, shownMax);
     const double before = f.view.baseHalfRange();
-    const double expected = f.host.fitHalfRange(shownMin, shownMax, yIndexes);
-    QCOMPARE(f.host.fitYToData(yIndexes), expected > 0.0);
-    QCOMPARE(f.view.baseHalfRange(), expected > 0.0 ? expected : before);
+    QVERIFY(before > 0.0);
+    QVERIFY(!f.host.fitYToData({2}));
+    QCOMPARE(f.view.baseHalfRange(), before);
+    double from = 0.0, to = 0.0;
+    f.view.getTimeWindow(from, to);
+    QVERIFY(f.host.fitYToData({0, 1}));
+    QCOMPARE(f.view.baseHalfRange(), f.host.fitHalfRange(from, to, {0, 1}));
     QCOMPARE(f.view.zoomFactor(), 1.0);
 }
 

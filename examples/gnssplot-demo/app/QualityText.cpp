@@ -49,7 +49,8 @@ QString qualityTableText(const DemoHost& host)
     QString text;
     QTextStream s(&text);
     s << "quality (mask " << DefaultElevationMask
-      << " deg; RMS in m; slips = loss of lock + phase jumps):\n";
+      << " deg; RMS in m; slips = lli, epochs with loss of lock, + jumps of the "
+         "geometry-free phase):\n";
     s << QStringLiteral("  %1 %2 %3 %4 %5 %6 %7 %8 %9 %10  %11")
              .arg(QStringLiteral("satellite"), -9)
              .arg(QStringLiteral("epochs"), 7)
@@ -58,7 +59,7 @@ QString qualityTableText(const DemoHost& host)
              .arg(QStringLiteral("mp1_rms"), 7)
              .arg(QStringLiteral("mp2_rms"), 7)
              .arg(QStringLiteral("slips"), 5)
-             .arg(QStringLiteral("lol"), 5)
+             .arg(QStringLiteral("lli"), 5)
              .arg(QStringLiteral("jumps"), 5)
              .arg(QStringLiteral("gaps"), 5)
              .arg(QStringLiteral("mp1 / mp2"))
