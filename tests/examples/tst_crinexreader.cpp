@@ -3,6 +3,7 @@
 // their plain forms, hand-written compact epochs, damaged and randomly
 // damaged input, Unix-compressed (.Z) streams, and the demo's snapshot of a
 // compact file against that of its plain form.
+#include "CompressStreamWriter.h"
 #include "CompressedInput_p.h"
 #include "CrinexDecoder_p.h"
 #include "RinexReader.h"
@@ -17,82 +18,12 @@
 
 #include <cmath>
 #include <cstring>
-#include <unordered_map>
 
 using namespace gnssdemo;
 
 namespace {
 
 const QString DataDir = QStringLiteral(GNSSPLOT_TEST_DATA_DIR);
-
-// A Unix compress writer, to make .Z files: LZW codes packed from the least
-// significant bit, widening from 9 bits up to maxBits (and to 10 bits once a
-// 9-bit table is full, as gzip's reader expects), each group of eight codes
-// padded to full size when the width changes or (in block mode) when a full
-// table is cleared with code 256.
-QByteArray writeCompressStream(const QByteArray& data, int maxBits, bool blockMode)
-{
-    QByteArray out;
-    out.append(char(0x1f)).append(char(0x9d)).append(char(maxBits | (blockMode ? 0x80 : 0)));
-    quint64 acc = 0;
-    int accBits = 0;
-    qint64 segmentBits = 0;
-    int width = 9;
-    const int first = blockMode ? 257 : 256;
-    int next = first;
-    int maxCode = (1 << width) - 1;
-    auto put = [&](quint32 code, int bits) {
-        acc |= quint64(code) << accBits;
-        accBits += bits;
-        segmentBits += bits;
-        for (; accBits >= 8; accBits -= 8, acc >>= 8)
-            out.append(char(acc & 0xff));
-    };
-    auto pad = [&]() {
-        const qint64 group = qint64(width) * 8;
-        const qint64 rest = (group - segmentBits % group) % group;
-        for (qint64 i = 0; i < rest; i += 8)
-            put(0, int(std::min<qint64>(8, rest - i)));
-        segmentBits = 0;
-    };
-    auto writeCode = [&](int code) {
-        put(quint32(code), width);
-        if (next > maxCode) {
-            pad();
-            ++width;
-            maxCode = width == maxBits ? 1 << maxBits : (1 << width) - 1;
-        }
-    };
-    if (data.isEmpty())
-        return out;
-    std::unordered_map<quint32, int> table;
-    int ent = uchar(data[0]);
-    for (int i = 1; i < data.size(); ++i) {
-        const int c = uchar(data[i]);
-        const quint32 key = quint32(ent) << 8 | quint32(c);
-        const auto it = table.find(key);
-        if (it != table.end()) {
-            ent = it->second;
-            continue;
-        }
-        writeCode(ent);
-        if (next < (1 << maxBits)) {
-            table[key] = next++;
-        } else if (blockMode) {
-            writeCode(256);
-            pad();
-            table.clear();
-            width = 9;
-            maxCode = (1 << width) - 1;
-            next = first;
-        }
-        ent = c;
-    }
-    writeCode(ent);
-    if (accBits > 0)
-        out.append(char(acc & 0xff));
-    return out;
-}
 
 QByteArray expandedFile(const QString& path)
 {
@@ -275,6 +206,8 @@ private slots:
     void handWritten();
     void damaged_data();
     void damaged();
+    void cutShort_data();
+    void cutShort();
     void randomDamage_data();
     void randomDamage();
     void compressStream_data();
@@ -415,12 +348,6 @@ void tst_CrinexReader::damaged_data()
     const QByteArray h3 = compactV3Header(); // six lines
     const QByteArray v3 = h3 + compactV3Body();
     const QByteArray h1 = compactV1Header(); // five lines
-    QTest::newRow("truncated in the records")
-        << v3.left(v3.lastIndexOf("3&22000100000"))
-        << QStringLiteral("line 17: file ends inside an epoch's satellite records");
-    QTest::newRow("truncated after an epoch line")
-        << h3 + "> 2024 01 02 03 04  5.0000000  0  2      G01E05\n"
-        << QStringLiteral("line 8: file ends inside an epoch (no receiver clock line)");
     QTest::newRow("truncated in the header")
         << h3.left(h3.indexOf("E    2"))
         << QStringLiteral("line 5: file ends inside the header");
@@ -473,9 +400,6 @@ void tst_CrinexReader::damaged_data()
                                      << QStringLiteral("line 14: bad epoch line");
     QTest::newRow("epoch going back") << withLine(v3, 14, changes({{20, "4"}}).chopped(1))
                                       << QStringLiteral("line 14: epoch is earlier");
-    QTest::newRow("1.0 truncated event")
-        << h1 + "&24  1  2  3  4 10.0000000  4  2\n" + headerLine("x", "COMMENT")
-        << QStringLiteral("line 8: file ends inside an event record");
     QTest::newRow("1.0 unknown flag") << h1 + "&24  1  2  3  4 10.0000000  7  0\n"
                                       << QStringLiteral("line 6: unknown epoch flag 7");
 }
@@ -487,6 +411,73 @@ void tst_CrinexReader::damaged()
     QString error;
     QVERIFY(!RinexReader::readText(text, QStringLiteral("test"), &error));
     QVERIFY2(error.startsWith(expected), qPrintable(error));
+}
+
+void tst_CrinexReader::cutShort_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("epochs");
+    QTest::addColumn<int>("line");         // 0: read to the end
+    QTest::addColumn<QString>("endsInside");
+    const QByteArray v3 = compactV3Header() + compactV3Body(); // 17 lines
+    const int third = int(v3.lastIndexOf("3&22000100000"));
+    QTest::newRow("whole") << v3 << 3 << 0 << QString();
+    QTest::newRow("before the last record")
+        << v3.left(third) << 2 << 17 << QStringLiteral("an epoch's satellite records");
+    QTest::newRow("inside a difference")
+        << v3.left(third + 5) << 2 << 17 << QStringLiteral("a line");
+    QTest::newRow("last line without its end")
+        << v3.chopped(1) << 2 << 17 << QStringLiteral("a line");
+    QTest::newRow("after an epoch line")
+        << compactV3Header() + "> 2024 01 02 03 04  5.0000000  0  2      G01E05\n" << 0 << 8
+        << QStringLiteral("an epoch (no receiver clock line)");
+    QTest::newRow("1.0 inside an event")
+        << compactV1Header() + "&24  1  2  3  4 10.0000000  4  2\n" + headerLine("x", "COMMENT")
+        << 0 << 8 << QStringLiteral("an event record");
+}
+
+// A compact file that ends early keeps its whole epochs, with the values of
+// the whole file, and says where it stopped.
+void tst_CrinexReader::cutShort()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(int, epochs);
+    QFETCH(int, line);
+    QFETCH(QString, endsInside);
+    QString error;
+    const auto source = RinexReader::readText(text, QStringLiteral("test"), &error);
+    QVERIFY2(source, qPrintable(error));
+    QCOMPARE(int(source->epochs().size()), epochs);
+    const ReadStop stop = source->readStop();
+    QCOMPARE(stop.line, qint64(line));
+    QCOMPARE(QString::fromLatin1(stop.endsInside), endsInside);
+    QCOMPARE(stop.epochsKept, qint64(epochs));
+    QVERIFY(!stop.compressedCut);
+
+    const QByteArray whole = compactV3Header() + compactV3Body();
+    const auto full = RinexReader::readText(whole, QStringLiteral("test"), &error);
+    QVERIFY(full);
+    for (int i = 0; i < source->satelliteCount(); ++i) {
+        const SatelliteObservations* s = source->satelliteAt(i);
+        QCOMPARE(s->record.size(), size_t(epochs));
+        const SatelliteObservations* t = nullptr;
+        for (int j = 0; j < full->satelliteCount() && !t; ++j)
+            t = full->satelliteAt(j)->name == s->name ? full->satelliteAt(j) : nullptr;
+        QVERIFY(t);
+        for (int band = 0; band < BandCount; ++band) {
+            const SignalSeries& x = s->bands[band];
+            const SignalSeries& y = t->bands[band];
+            QCOMPARE(x.codeType, y.codeType);
+            QCOMPARE(x.isEmpty(), y.isEmpty());
+            if (y.isEmpty())
+                continue;
+            QVERIFY(sameValues(x.pseudorange,
+                               std::vector<double>(y.pseudorange.begin(),
+                                                   y.pseudorange.begin() + epochs)));
+            QVERIFY(sameValues(x.phase, std::vector<double>(y.phase.begin(),
+                                                            y.phase.begin() + epochs)));
+        }
+    }
 }
 
 void tst_CrinexReader::randomDamage_data()

@@ -3,6 +3,7 @@
 // the pictures' sizes and colours and the summary, against counts made here
 // from the data layer and from the independent statistics of the shared files.
 #include "ObservationData.h"
+#include "RinexReader.h"
 #include "SyntheticSource.h"
 
 #include <QtTest>
@@ -77,6 +78,8 @@ private slots:
     void snapshot();
     void skySnapshot_data();
     void skySnapshot();
+    void cutFile();
+    void unreadableFile();
 };
 
 void tst_DemoSnapshot::snapshot_data()
@@ -227,6 +230,123 @@ void tst_DemoSnapshot::snapshot()
     }
     QVERIFY2(countColour(pictures.value(QStringLiteral("bars.png")), {205, 205, 205}, 0) > 20,
              failed(QStringLiteral("bars.png")));
+
+    // The quality table: one row per satellite, per system and for all.
+    // Satellites without marks keep the epochs the statistics count; the
+    // marked ones lose some; the rows add up.
+    if (rinex.isEmpty())
+        return;
+    QFile statsFile(rinex.left(rinex.size() - 3) + QStringLiteral(".stats.json"));
+    QVERIFY(statsFile.open(QIODevice::ReadOnly));
+    const QJsonObject counts = QJsonDocument::fromJson(statsFile.readAll())
+                                   .object()
+                                   .value(QStringLiteral("sat_epoch_counts"))
+                                   .toObject();
+    QStringList marked;
+    for (const QString& line : lines) {
+        if (line.startsWith(QLatin1String("  ")) && line.contains(QLatin1String(" GPST, ")))
+            marked.append(line.trimmed().left(3));
+    }
+    QCOMPARE(marked.size(), 3);
+    const int table = int(lines.indexOf(summaryLine(lines, QStringLiteral("quality ("))));
+    QVERIFY(table > 0);
+    qint64 sum = 0;
+    int satellites = 0;
+    int row = table + 2;
+    for (; row < lines.size() && QRegularExpression(QStringLiteral("^  [A-Z]\\d\\d "))
+                                         .match(lines[row]).hasMatch();
+         ++row) {
+        const QStringList w = lines[row].split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const qint64 epochs = w[1].toLongLong();
+        const qint64 recorded = counts.value(w[0]).toInt();
+        if (marked.contains(w[0]))
+            QVERIFY2(epochs < recorded, qPrintable(lines[row]));
+        else
+            QVERIFY2(epochs == recorded, qPrintable(lines[row]));
+        sum += epochs;
+        ++satellites;
+    }
+    QCOMPARE(satellites, total);
+    row += int(systems.size());
+    QVERIFY(row < lines.size());
+    const QStringList all = lines[row].split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QVERIFY2(all.size() > 2 && all[0] == QLatin1String("all") && all[1].toLongLong() == sum,
+             qPrintable(lines[row]));
+    QVERIFY(lines[row + 1].startsWith(QLatin1String("satellites per epoch (min/mean/max): ")));
+}
+
+// A file cut short: the snapshot is written from its whole epochs, and both
+// the command line and the summary say where it stopped.
+void tst_DemoSnapshot::cutFile()
+{
+    const QString source =
+        kDataDir + QStringLiteral("/GRAS00FRA_R_20223151700_15M_01S_MO.rnx.gz");
+    if (!QFileInfo::exists(source))
+        QSKIP("shared data file not found");
+    QByteArray text;
+    QString error;
+    QVERIFY2(readMaybeGzipped(source, &text, &error), qPrintable(error));
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QFile cut(dir.filePath(QStringLiteral("cut.rnx")));
+    QVERIFY(cut.open(QIODevice::WriteOnly));
+    const QByteArray kept = text.left(text.size() / 4);
+    QVERIFY(cut.write(kept) == kept.size());
+    cut.close();
+    const int line = int(kept.count('\n')) + 1;
+
+    QProcess demo;
+    demo.start(QStringLiteral(GNSSPLOT_DEMO_EXE),
+               {QStringLiteral("--snapshot"), dir.filePath(QStringLiteral("out")),
+                QStringLiteral("--rinex"), cut.fileName()});
+    QVERIFY2(demo.waitForFinished(240000), "the demo did not finish");
+    QCOMPARE(demo.exitCode(), 0);
+    const QString said = QString::fromUtf8(demo.readAllStandardError());
+    const QString where = QStringLiteral("cut.rnx: line %1: file ends inside a line; ").arg(line);
+    QVERIFY2(said.contains(QStringLiteral("gnssplot-demo: warning: ") + where), qPrintable(said));
+
+    QFile file(dir.filePath(QStringLiteral("out/summary.txt")));
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QString epochs =
+        summaryLine(lines, QStringLiteral("epochs: ")).section(QLatin1Char(' '), 1, 1);
+    QVERIFY(epochs.toInt() > 100);
+    QCOMPARE(summaryLine(lines, QStringLiteral("cut short: ")),
+             QStringLiteral("cut short: ") + where + epochs
+                 + QStringLiteral(" complete epochs kept"));
+}
+
+// A file that cannot be read: the snapshot fails, the window stays open.
+void tst_DemoSnapshot::unreadableFile()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString missing = dir.filePath(QStringLiteral("missing.rnx"));
+    QProcess snapshot;
+    snapshot.start(QStringLiteral(GNSSPLOT_DEMO_EXE),
+                   {QStringLiteral("--snapshot"), dir.path(), QStringLiteral("--rinex"), missing});
+    QVERIFY(snapshot.waitForFinished(120000));
+    QCOMPARE(snapshot.exitCode(), 1);
+    QVERIFY(QString::fromUtf8(snapshot.readAllStandardError())
+                .contains(QLatin1String("missing.rnx: cannot open the file")));
+
+    QProcess window;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    window.setProcessEnvironment(env);
+    window.start(QStringLiteral(GNSSPLOT_DEMO_EXE), {QStringLiteral("--rinex"), missing});
+    QVERIFY(window.waitForStarted(30000));
+    QString said;
+    for (int i = 0; i < 100 && !said.contains(QLatin1String("cannot open")); ++i) {
+        window.waitForReadyRead(300);
+        said += QString::fromUtf8(window.readAllStandardError());
+    }
+    QVERIFY2(said.contains(QLatin1String("missing.rnx: cannot open the file")), qPrintable(said));
+    // Still running: the window waits for another file.
+    QVERIFY(!window.waitForFinished(1500));
+    QCOMPARE(window.state(), QProcess::Running);
+    window.kill();
+    window.waitForFinished(10000);
 }
 
 void tst_DemoSnapshot::skySnapshot_data()

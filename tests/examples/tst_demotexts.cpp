@@ -2,6 +2,7 @@
 // The demo's sentences with counts, through its catalogues as the demo
 // installs them: singular and plural in English, German and Chinese.
 #include "DemoTexts.h"
+#include "ObservationData.h"
 
 #include <QtTest>
 
@@ -23,6 +24,17 @@ QString sentence(const QString& which, const QList<int>& n)
         return DemoTexts::applied(n[0], n[1], n[2], n[3]);
     if (which == QLatin1String("enabled"))
         return DemoTexts::enabled(n[0], n[1]);
+    if (which == QLatin1String("shortArcs"))
+        return DemoTexts::shortArcs(n[0], 5);
+    if (which == QLatin1String("readStopped")) {
+        // n[1]: the compressed stream ended early too.
+        ReadStop stop;
+        stop.line = 88623;
+        stop.endsInside = "an epoch's satellite records";
+        stop.epochsKept = n[0];
+        stop.compressedCut = n[1] != 0;
+        return DemoTexts::readStopped(stop);
+    }
     return DemoTexts::satellites(n[0]);
 }
 
@@ -80,6 +92,33 @@ void tst_DemoTexts::plurals_data()
         QString::fromUtf8("已应用：重新计算了 3 颗卫星（曲线点少了 2 个），隐藏了 1 条曲线，"
                           "7 毫秒。"));
     row("zh_CN", "enabled", {30, 31}, QString::fromUtf8("31 颗卫星中 30 颗已启用"));
+    row("en", "readStopped", {1, 0},
+        QStringLiteral("line 88623: file ends inside an epoch's satellite records; 1 complete "
+                       "epoch kept"));
+    row("en", "readStopped", {2130, 0},
+        QStringLiteral("line 88623: file ends inside an epoch's satellite records; 2130 "
+                       "complete epochs kept"));
+    row("en", "readStopped", {5, 1},
+        QStringLiteral("line 88623: the compressed data ends early, inside an epoch's "
+                       "satellite records; 5 complete epochs kept"));
+    row("de", "readStopped", {2130, 0},
+        QString::fromUtf8("Zeile 88623: Die Datei endet innerhalb der Satellitendatensätze "
+                          "einer Epoche; 2130 vollständige Epochen behalten"));
+    row("de", "readStopped", {1, 1},
+        QString::fromUtf8("Zeile 88623: Die komprimierten Daten enden vorzeitig, innerhalb "
+                          "der Satellitendatensätze einer Epoche; 1 vollständige Epoche "
+                          "behalten"));
+    row("zh_CN", "readStopped", {2130, 0},
+        QString::fromUtf8("第 88623 行：文件在历元的卫星记录中结束；保留了 2130 个完整历元"));
+    row("en", "shortArcs", {1},
+        QStringLiteral("1 satellite with code and phase on two bands, but every arc is shorter "
+                       "than 5 epochs: no multipath to show."));
+    row("de", "shortArcs", {2},
+        QString::fromUtf8("2 Satelliten mit Code und Phase auf zwei Bändern, aber jeder Bogen "
+                          "ist kürzer als 5 Epochen: kein Mehrweg darzustellen."));
+    row("zh_CN", "shortArcs", {3},
+        QString::fromUtf8("3 颗卫星在两个频段上有伪距和相位，但每段弧都短于 5 个历元：没有可显示"
+                          "的多路径。"));
 }
 
 void tst_DemoTexts::plurals()

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
@@ -60,6 +61,8 @@ class tst_RinexReader : public QObject
 private slots:
     void realFiles_data();
     void realFiles();
+    void signalStrength_data();
+    void signalStrength();
     void malformed_data();
     void malformed();
 };
@@ -98,6 +101,82 @@ void tst_RinexReader::realFiles()
         QVERIFY2(counts.contains(sat->name), qPrintable(sat->name));
         QCOMPARE(sat->recordCount(), qint64(counts.value(sat->name).toInt()));
         QCOMPARE(sat->record.size(), epochs.size());
+    }
+}
+
+void tst_RinexReader::signalStrength_data()
+{
+    realFiles_data();
+}
+
+// The signal strengths kept lie in the ranges the statistics found for their
+// system, and a band whose system declares a single S type there keeps all
+// of its values; a file without S types has none.
+void tst_RinexReader::signalStrength()
+{
+    QFETCH(QString, file);
+    const QString path = DataDir + QLatin1Char('/') + file + QStringLiteral(".gz");
+    QFile statsFile(DataDir + QLatin1Char('/') + file + QStringLiteral(".stats.json"));
+    if (!QFile::exists(path) || !statsFile.open(QIODevice::ReadOnly))
+        QSKIP("shared data not found; set GNSSPLOT_TEST_DATA_DIR");
+    const QJsonObject stats = QJsonDocument::fromJson(statsFile.readAll()).object();
+    const QJsonObject ranges = stats.value(QStringLiteral("value_ranges_by_system_and_kind"))
+                                   .toObject();
+    const QJsonObject counts = stats.value(QStringLiteral("obs_counts_by_type")).toObject();
+    const QJsonObject types = stats.value(QStringLiteral("obs_types")).toObject();
+    const double version = stats.value(QStringLiteral("header")).toObject()
+                               .value(QStringLiteral("version")).toString().toDouble();
+    // The S types a system declares on a band.
+    auto declared = [&](char system, int band) {
+        QStringList out;
+        const QJsonArray list = types.value(QString(QLatin1Char(system))).toArray();
+        for (const QJsonValue& v : list) {
+            const QString t = v.toString();
+            if (t.startsWith(QLatin1Char('S'))
+                && bandOfSignal(system, t.at(1).toLatin1(), version).band == band)
+                out.append(t);
+        }
+        return out;
+    };
+
+    QString error;
+    const auto source = RinexReader::readFile(path, &error);
+    QVERIFY2(source, qPrintable(error));
+    const size_t n = source->epochs().size();
+    QMap<QString, qint64> kept; // "G:S1C" -> values kept
+    for (int i = 0; i < source->satelliteCount(); ++i) {
+        const SatelliteObservations* sat = source->satelliteAt(i);
+        const QString system(QLatin1Char(sat->system));
+        const QJsonArray range = ranges.value(system + QStringLiteral(":S")).toArray();
+        for (int band = 0; band < BandCount; ++band) {
+            const SignalSeries& s = sat->bands[band];
+            QCOMPARE(s.snr.size(), s.isEmpty() ? size_t(0) : n);
+            qint64 values = 0;
+            for (double v : s.snr) {
+                if (std::isnan(v))
+                    continue;
+                ++values;
+                QVERIFY2(v >= range[0].toDouble() && v <= range[1].toDouble(),
+                         qPrintable(QStringLiteral("%1 %2 %3").arg(sat->name, s.snrType)
+                                        .arg(v)));
+            }
+            QCOMPARE(s.snrType.isEmpty(), values == 0);
+            if (values == 0)
+                continue;
+            QVERIFY2(declared(sat->system, band).contains(s.snrType), qPrintable(s.snrType));
+            kept[system + QLatin1Char(':') + s.snrType] += values;
+        }
+    }
+    // DGAR, a RINEX 2 file, has only SSI digits: no signal strength at all.
+    QCOMPARE(!kept.isEmpty(), !counts.keys().filter(QStringLiteral(":S")).isEmpty());
+    for (auto it = kept.cbegin(); it != kept.cend(); ++it) {
+        const qint64 all = qint64(counts.value(it.key()).toInt());
+        QVERIFY2(it.value() <= all, qPrintable(it.key()));
+        const char system = it.key().at(0).toLatin1();
+        const int band = bandOfSignal(system, it.key().at(3).toLatin1(), version).band;
+        if (declared(system, band).size() == 1)
+            QVERIFY2(it.value() == all, qPrintable(QStringLiteral("%1: %2 of %3").arg(it.key())
+                                                       .arg(it.value()).arg(all)));
     }
 }
 

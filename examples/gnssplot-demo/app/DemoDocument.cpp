@@ -87,6 +87,11 @@ bool DemoDocument::forEachSatellite(
                 slot.index = i;
                 ok = observations(i, slot.observations);
                 slot.bands = bandAvailability(slot.observations, epochs(), intervalMs());
+                // A day of a satellite's observations is megabytes: read it
+                // once more here, while it is fresh, not on the caller's
+                // thread.
+                slot.quality = satelliteQuality(slot.observations, epochs(), intervalMs());
+                slot.events = bandEvents(slot.observations, epochs(), intervalMs());
                 for (int b = 0; b < BandCount; ++b) {
                     const SignalSeries& s = slot.observations.bands[b];
                     qint64 n = 0;
@@ -180,6 +185,8 @@ qint64 DemoDocument::blank(SatelliteObservations& sat, const std::vector<qint64>
                 s.pseudorange[i] = nan;
                 s.phase[i] = nan;
                 s.lli[i] = 0;
+                if (i < s.snr.size())
+                    s.snr[i] = nan;
             }
         }
     }

@@ -5,6 +5,7 @@
 #include "Multipath.h"
 #include "NavigationData.h"
 #include "ObservationData.h"
+#include "Quality.h"
 #include "SkyTracks.h"
 
 #include <stEpochDataSet.h>
@@ -34,13 +35,16 @@ QColor systemColor(char system);
 QString systemName(char system);
 
 /*! One satellite read and prepared for showing: its observations (erased
-    epochs blanked), its table bars and its observation counts. */
+    epochs blanked), its table bars, its observation counts, and what its
+    observations alone say about its quality. */
 struct PreparedSatellite
 {
     int index = -1;
     SatelliteObservations observations;
     QList<stEpochDataSet> bands;          //!< bandAvailability() for the table
     qint64 bandObservations[BandCount] = {}; //!< epochs with code or phase, per band
+    SatelliteQuality quality; //!< satelliteQuality(): no multipath, no elevations
+    BandEvents events;        //!< bandEvents(): gaps and loss of lock
 };
 
 /*!

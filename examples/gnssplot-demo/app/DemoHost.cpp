@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "DemoHost.h"
 
+#include "CsvExport.h"
 #include "DemoTexts.h"
 #include "MultipathView.h"
 
 #include <gnssplot.h>
 
 #include <QElapsedTimer>
+#include <QIODevice>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace gnssdemo {
@@ -40,6 +43,42 @@ QList<EpochInterval> flattenMarks(const QList<stEpochDataSet>& marks)
     for (const stEpochDataSet& set : marks)
         out.append(set.ranges);
     return out;
+}
+
+bool yRangeInWindow(const QList<const Curve_DataSet_XY*>& curves, const QList<int>& axes,
+                    double tMin, double tMax, double* yMin, double* yMax)
+{
+    double lo = std::numeric_limits<double>::infinity();
+    double hi = -lo;
+    for (const Curve_DataSet_XY* dataSet : curves) {
+        const AxisData* xAxis = dataSet ? dataSet->getAxisData(0) : nullptr;
+        qint64 count = 0;
+        const double* xs = xAxis ? xAxis->getData(0, &count) : nullptr;
+        if (!xs)
+            continue;
+        // X holds epoch times in order: the window is one index range.
+        const double* first = std::lower_bound(xs, xs + count, tMin);
+        const double* last = std::upper_bound(first, xs + count, tMax);
+        for (int axis : axes) {
+            const AxisData* data = axis > 0 ? dataSet->getAxisData(axis) : nullptr;
+            qint64 n = 0;
+            const double* ys = data ? data->getData(0, &n) : nullptr;
+            if (!ys || n != count)
+                continue;
+            for (const double* x = first; x != last; ++x) {
+                const double y = ys[x - xs];
+                if (std::isfinite(y)) {
+                    lo = std::min(lo, y);
+                    hi = std::max(hi, y);
+                }
+            }
+        }
+    }
+    if (!(lo <= hi))
+        return false;
+    *yMin = lo;
+    *yMax = hi;
+    return true;
 }
 
 double quantileHalfRange(const QList<const Curve_DataSet_XY*>& curves, const QList<int>& axes,
@@ -119,9 +158,173 @@ QString DemoHost::emptyReason() const
         return QString();
     if (m_doc->epochs().empty())
         return DemoTexts::noEpochs();
-    if (m_curves.isEmpty())
+    if (!m_curves.isEmpty())
+        return QString();
+    // Two bands with code and phase are not yet a curve: the arcs they make
+    // may all be too short to average, or the phases may never meet.
+    int pairs = 0;
+    bool shortArcs = false;
+    for (const SatelliteFindings& f : m_findings) {
+        if (f.multipath.bandB < 0)
+            continue;
+        ++pairs;
+        shortArcs = shortArcs || f.multipath.droppedArcs > 0;
+    }
+    if (pairs == 0)
         return DemoTexts::noMultipath();
-    return QString();
+    return shortArcs ? DemoTexts::shortArcs(pairs, MultipathOptions().minArcSamples)
+                     : DemoTexts::noCommonEpochs(pairs);
+}
+
+QString DemoHost::readWarning() const
+{
+    return m_doc ? DemoTexts::readStopped(m_doc->source().readStop()) : QString();
+}
+
+QString DemoHost::signalStrengthReason() const
+{
+    if (!m_doc || m_hasSignalStrength || m_doc->epochs().empty())
+        return QString();
+    return DemoTexts::noSignalStrength();
+}
+
+const SatelliteFindings* DemoHost::findings(const QString& name) const
+{
+    const auto it = m_findings.constFind(name);
+    return it == m_findings.constEnd() ? nullptr : &it.value();
+}
+
+std::vector<SatelliteQuality> DemoHost::qualities() const
+{
+    std::vector<SatelliteQuality> out;
+    out.reserve(size_t(m_findings.size()));
+    for (const SatelliteFindings& f : m_findings)
+        out.push_back(f.quality);
+    return out;
+}
+
+SystemQuality DemoHost::qualityOfSystem(char system) const
+{
+    return systemQuality(qualities(), system);
+}
+
+SatelliteCounts DemoHost::satelliteCounts() const
+{
+    return countSatellites(qualities(), m_doc ? m_doc->epochs() : std::vector<qint64>());
+}
+
+QString DemoHost::multipathSignals(const QString& name, int yIndex) const
+{
+    const SatelliteFindings* f = findings(name);
+    if (!f || !m_curves.contains(name) || yIndex < 0 || yIndex > 1)
+        return QString();
+    const MultipathInfo& m = f->multipath;
+    return yIndex == 0 ? DemoTexts::multipathSignals(1, m.codeA, m.phaseA, m.phaseB)
+                       : DemoTexts::multipathSignals(2, m.codeB, m.phaseB, m.phaseA);
+}
+
+void DemoHost::setElevationLookup(const ElevationLookup& lookup)
+{
+    m_elevations = lookup;
+    for (SatelliteFindings& f : m_findings)
+        applyElevationsTo(f);
+}
+
+void DemoHost::applyElevationsTo(SatelliteFindings& findings) const
+{
+    const std::vector<double>* elevations =
+        m_elevations ? m_elevations(findings.quality.name) : nullptr;
+    applyElevations(findings.quality, elevations, m_doc ? m_doc->epochs().size() : 0);
+}
+
+double DemoHost::fitHalfRange(double tMin, double tMax, const QList<int>& yIndexes) const
+{
+    QList<const Curve_DataSet_XY*> shown;
+    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it) {
+        if (registry()->getCurveShowParam_visible(it.key()))
+            shown.append(it.value());
+    }
+    QList<int> keys;
+    for (int index : yIndexes) {
+        if (index >= 0 && index <= 1)
+            keys.append(index + 1);
+    }
+    double lo = 0.0;
+    double hi = 0.0;
+    if (!yRangeInWindow(shown, keys, tMin, tMax, &lo, &hi))
+        return 0.0;
+    return std::max(std::abs(lo), std::abs(hi)) * 1.05;
+}
+
+bool DemoHost::fitYToData(const QList<int>& yIndexes)
+{
+    double tMin = 0.0;
+    double tMax = 0.0;
+    m_view->getTimeWindow(tMin, tMax);
+    const double h = fitHalfRange(tMin, tMax, yIndexes);
+    if (!(h > 0.0))
+        return false;
+    m_view->resetZoom();
+    m_view->setBaseHalfRange(h);
+    return true;
+}
+
+namespace {
+
+bool writeAll(QIODevice* device, const QByteArray& text)
+{
+    return device && device->write(text) == text.size();
+}
+
+} // namespace
+
+bool DemoHost::writeCurvesCsv(QIODevice* device, const QStringList& names,
+                              const QList<int>& yIndexes, double tMin, double tMax) const
+{
+    if (!writeAll(device, CurveCsvHeader))
+        return false;
+    QByteArray rows;
+    for (const QString& name : names) {
+        const Curve_DataSet_XY* dataSet = m_curves.value(name);
+        if (!dataSet)
+            continue;
+        qint64 count = 0;
+        const double* xs = dataSet->getAxisData(0)->getData(0, &count);
+        for (int index : yIndexes) {
+            const AxisData* axis = index >= 0 && index <= 1 ? dataSet->getAxisData(index + 1)
+                                                            : nullptr;
+            qint64 n = 0;
+            const double* ys = axis ? axis->getData(0, &n) : nullptr;
+            if (n != count)
+                continue;
+            rows.clear();
+            appendCurveRows(rows, name, QStringLiteral("MP%1").arg(index + 1), xs, ys, count,
+                            tMin, tMax, 4);
+            if (!writeAll(device, rows))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool DemoHost::writeEventsCsv(QIODevice* device, const QStringList& names, double tMin,
+                              double tMax) const
+{
+    if (!writeAll(device, EventCsvHeader))
+        return false;
+    QByteArray rows;
+    for (const QString& name : names) {
+        const SatelliteFindings* f = findings(name);
+        if (!f)
+            continue;
+        rows.clear();
+        for (int b = 0; b < BandCount; ++b)
+            appendEventRows(rows, name, f->bandSignals[size_t(b)], f->events[size_t(b)], tMin,
+                            tMax);
+        if (!writeAll(device, rows))
+            return false;
+    }
+    return true;
 }
 
 QStringList DemoHost::showableCurveNames() const
@@ -156,6 +359,8 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
     m_selection.clear();
     m_marks.clear();
     m_epochData.clear();
+    m_findings.clear();
+    m_hasSignalStrength = false;
     m_lastApply = ApplyResult();
     m_table->clearAll();
 
@@ -177,8 +382,13 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
             m_stats.bandObservations[b] += prepared.bandObservations[b];
         epochData.insert(sat.name, prepared.bands);
         enabled.insert(sat.name, true);
+        for (const SignalSeries& band : sat.bands) {
+            m_hasSignalStrength = m_hasSignalStrength
+                                  || std::any_of(band.snr.begin(), band.snr.end(),
+                                                 [](double v) { return !std::isnan(v); });
+        }
         MultipathInfo info;
-        if (!publishSatellite(sat.name, sat, &info, &publishError))
+        if (!publishSatellite(sat.name, sat, &info, &publishError, &prepared))
             return false;
         m_stats.multipathSamples += info.samples;
         m_stats.arcs += info.arcs;
@@ -189,6 +399,7 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
             *error = read ? publishError : tr("Out of memory while reading the observations.");
         curves->removeAllCurves();
         m_curves.clear();
+        m_findings.clear();
         m_doc.reset();
         return false;
     }
@@ -208,7 +419,8 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
 }
 
 bool DemoHost::publishSatellite(const QString& name, const SatelliteObservations& sat,
-                                MultipathInfo* info, QString* error)
+                                MultipathInfo* info, QString* error,
+                                const PreparedSatellite* prepared)
 {
     Curve_DataSet_XY* dataSet = m_curves.value(name);
     const bool fresh = !dataSet;
@@ -220,6 +432,24 @@ bool DemoHost::publishSatellite(const QString& name, const SatelliteObservations
         if (fresh)
             delete dataSet;
         return false;
+    }
+    SatelliteFindings& found = m_findings[name];
+    found.multipath = *info;
+    if (prepared) {
+        found.quality = prepared->quality;
+        found.events = prepared->events;
+    } else {
+        found.quality = satelliteQuality(sat, m_doc->epochs(), m_doc->intervalMs());
+        found.events = bandEvents(sat, m_doc->epochs(), m_doc->intervalMs());
+    }
+    addMultipath(found.quality, *info);
+    addPhaseJumps(found.events, *info);
+    applyElevationsTo(found);
+    for (int b = 0; b < BandCount; ++b) {
+        const SignalSeries& band = sat.bands[b];
+        found.bandSignals[size_t(b)] = band.phaseType.isEmpty() ? band.codeType
+                                                                : band.phaseType;
+        found.snrSignals[size_t(b)] = band.snrType;
     }
     if (info->samples == 0) {
         // A curve without X values would keep the registry from forming its

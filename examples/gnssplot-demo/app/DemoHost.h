@@ -3,6 +3,7 @@
 #define GNSSDEMO_DEMOHOST_H
 
 #include "DemoDocument.h"
+#include "Quality.h"
 
 #include <stEpochDataSet.h>
 
@@ -17,6 +18,7 @@
 class CurveGraphicsTableWidget_Epoch;
 class CurveScene;
 class Curve_DataSet_XY;
+class QIODevice;
 
 namespace gnssdemo {
 
@@ -36,6 +38,26 @@ struct LoadStats
     qint64 readMs = 0;  //!< reading a file before loadMs, milliseconds
     qint64 loadMs = 0;  //!< generating, computing and publishing, milliseconds
     qint64 paintMs = -1; //!< first paint of the curve view, -1 when not shown
+};
+
+/*! What the host found out about one satellite at the last load or Apply
+    (its observations with the erased epochs left out). */
+struct SatelliteFindings
+{
+    /*! Epochs with data, completeness, multipath RMS, slips and gaps. */
+    SatelliteQuality quality;
+    /*! The multipath computation: its bands and codes, its arc breaks and
+        the events on its curve (CurveEvent::sample indexes the curve's
+        axes). */
+    MultipathInfo multipath;
+    /*! Loss of lock, phase jumps and gaps per band. */
+    BandEvents events;
+    /*! Per band, the observation code of its phase, or of its code when it
+        has no phase ("L1C", "C1C"); empty for a band without observations. */
+    std::array<QString, BandCount> bandSignals;
+    /*! Per band, the observation code of its signal strength ("S1C"); empty
+        when the band has none. */
+    std::array<QString, BandCount> snrSignals;
 };
 
 /*! What the last Apply did, per satellite whose observations changed. */
@@ -99,8 +121,65 @@ public:
     void readBack();
 
     /*! Why the plot is empty after the load, or an empty string when it has
-        curves. */
+        curves: no epochs; no satellite with code and phase on two bands; or
+        such satellites whose arcs are all too short, or whose two phases
+        never meet at one epoch. */
     QString emptyReason() const;
+
+    /*! Where and why the loaded file stopped when it was cut short (see
+        ReadStop), translated; empty for a whole file. */
+    QString readWarning() const;
+    /*! Why there is no signal strength to show (the file records none), or
+        an empty string when some satellite has some. */
+    QString signalStrengthReason() const;
+
+    /*! What the last load or Apply found out about \a name; null for a
+        satellite the source does not have. */
+    const SatelliteFindings* findings(const QString& name) const;
+    /*! The quality numbers of every satellite, in name order. */
+    std::vector<SatelliteQuality> qualities() const;
+    /*! The quality numbers of system \a system ('G', ...), or of every
+        satellite for 0. */
+    SystemQuality qualityOfSystem(char system) const;
+    /*! The number of satellites with data per epoch, per system and in
+        total, ready to publish as curves. */
+    SatelliteCounts satelliteCounts() const;
+    /*! Which observations make Y index \a yIndex (0: MP1, 1: MP2) of
+        \a name's curve: "MP1 = C1C/L1C with L2W"; empty when \a name has no
+        curve or the index is not 0 or 1. */
+    QString multipathSignals(const QString& name, int yIndex) const;
+
+    /*! Gives the host the satellites' elevations, for completeness against
+        the 10 degree mask; an empty function forgets them. The lookup is
+        asked for every satellite now and at every later load and Apply; a
+        satellite it has no vector for, or one of another length than the
+        epochs, counts as without elevations. */
+    void setElevationLookup(const ElevationLookup& lookup);
+    bool hasElevationLookup() const { return bool(m_elevations); }
+
+    /*! Half of a Y range symmetric about zero that holds every finite value
+        of Y indexes \a yIndexes (0: MP1, 1: MP2) of the shown curves between
+        \a tMin and \a tMax (milliseconds), with 5 % to spare; 0 when there
+        is none. */
+    double fitHalfRange(double tMin, double tMax, const QList<int>& yIndexes) const;
+    /*! Shows Y fitted to the data in the view's time window (see
+        fitHalfRange()), the wheel's zoom reset. Returns false, changing
+        nothing, when the window holds no value. */
+    bool fitYToData(const QList<int>& yIndexes = {0, 1});
+
+    /*! Writes the samples of \a names' curves between \a tMin and \a tMax
+        (milliseconds) as CSV, "satellite,time_gpst,signal,value", for Y
+        indexes \a yIndexes (signal "MP1" or "MP2", metres with four
+        decimals), satellites in the order given. Names without a curve are
+        skipped. Returns false when the device refuses the text. */
+    bool writeCurvesCsv(QIODevice* device, const QStringList& names, const QList<int>& yIndexes,
+                        double tMin, double tMax) const;
+    /*! Writes the events of \a names between \a tMin and \a tMax as CSV,
+        "satellite,time_gpst,signal,kind", per band in legend order, the
+        signal being the band's phase (or code) type. Returns false when the
+        device refuses the text. */
+    bool writeEventsCsv(QIODevice* device, const QStringList& names, double tMin,
+                        double tMax) const;
 
     const DemoDocument* document() const { return m_doc.get(); }
     DemoDocument* document() { return m_doc.get(); }
@@ -141,8 +220,12 @@ signals:
 private:
     void onTableSelection();
     void onTableEraseMarks();
+    // Computes and publishes the satellite's curve and finds its numbers and
+    // events; \a prepared, when given, holds those its observations give.
     bool publishSatellite(const QString& name, const SatelliteObservations& sat,
-                          MultipathInfo* info, QString* error);
+                          MultipathInfo* info, QString* error,
+                          const PreparedSatellite* prepared = nullptr);
+    void applyElevationsTo(SatelliteFindings& findings) const;
     void updateVisibility();
     void fitYRange();
 
@@ -162,6 +245,9 @@ private:
     QMap<QString, QList<stEpochDataSet>> m_marks;
     LoadStats m_stats;
     ApplyResult m_lastApply;
+    QMap<QString, SatelliteFindings> m_findings;
+    ElevationLookup m_elevations;
+    bool m_hasSignalStrength = false;
 };
 
 /*! The number of X samples of \a dataSet inside any of \a intervals. */
@@ -169,6 +255,13 @@ qint64 samplesInside(const Curve_DataSet_XY* dataSet, const QList<EpochInterval>
 
 /*! The (start, length) pairs of a satellite's read-back marks, in order. */
 QList<EpochInterval> flattenMarks(const QList<stEpochDataSet>& marks);
+
+/*! The smallest and largest finite value of the Y axes \a axes (keys, 1 for
+    the first Y axis) of \a curves at samples whose X lies in [\a tMin,
+    \a tMax]. Returns false, leaving \a yMin and \a yMax untouched, when
+    there is none. */
+bool yRangeInWindow(const QList<const Curve_DataSet_XY*>& curves, const QList<int>& axes,
+                    double tMin, double tMax, double* yMin, double* yMax);
 
 /*! Half of a Y range, symmetric about zero, that holds \a quantile (0..1) of
     the absolute values of the given Y axes of \a curves, widened by

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DemoTexts.h"
 
+#include "ObservationData.h"
+
 #include <QtGlobal>
 
 #include <climits>
@@ -50,6 +52,61 @@ QString DemoTexts::noMultipath()
 QString DemoTexts::noEpochs()
 {
     return tr("The file holds no epochs: nothing to show.");
+}
+
+QString DemoTexts::shortArcs(int satellites, int minEpochs)
+{
+    return tr("%n satellite(s) with code and phase on two bands, but every arc is shorter "
+              "than %1 epochs: no multipath to show.", "", satellites)
+        .arg(minEpochs);
+}
+
+QString DemoTexts::noCommonEpochs(int satellites)
+{
+    return tr("%n satellite(s) with code and phase on two bands, but never both phases at "
+              "one epoch: no multipath to show.", "", satellites);
+}
+
+QString DemoTexts::noSignalStrength()
+{
+    return tr("The file records no signal strength (no S observations): nothing to show in "
+              "dB-Hz.");
+}
+
+QString DemoTexts::readStopped(const ReadStop& stop)
+{
+    if (!stop.isCut())
+        return QString();
+    const int kept = int(qMin<qint64>(stop.epochsKept, INT_MAX));
+    // What the file ends inside comes from the reader, in its own context.
+    const QString inside = stop.endsInside
+                               ? QCoreApplication::translate("RinexReader", stop.endsInside)
+                               : QString();
+    QString why;
+    if (!stop.compressedCut)
+        why = tr("line %1: file ends inside %2; %n complete epoch(s) kept", "", kept)
+                  .arg(stop.line)
+                  .arg(inside);
+    else if (stop.endsInside)
+        why = tr("line %1: the compressed data ends early, inside %2; %n complete epoch(s) "
+                 "kept", "", kept)
+                  .arg(stop.line)
+                  .arg(inside);
+    else
+        why = tr("line %1: the compressed data ends early; %n complete epoch(s) kept", "", kept)
+                  .arg(stop.line);
+    return stop.file.isEmpty() ? why : QStringLiteral("%1: %2").arg(stop.file, why);
+}
+
+QString DemoTexts::multipathSignals(int which, const QString& code, const QString& phase,
+                                    const QString& otherPhase)
+{
+    return tr("MP%1 = %2/%3 with %4").arg(which).arg(code, phase, otherPhase);
+}
+
+QString DemoTexts::cannotRead(const QString& why)
+{
+    return tr("The file could not be read: %1").arg(why);
 }
 
 } // namespace gnssdemo

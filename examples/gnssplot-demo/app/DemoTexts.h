@@ -7,6 +7,8 @@
 
 namespace gnssdemo {
 
+struct ReadStop;
+
 /*!
     The demo's sentences that carry counts, in one place so that every
     language gets its plural forms from the demo's catalogues
@@ -31,6 +33,26 @@ public:
     static QString noMultipath();
     /*! "The file holds no epochs: nothing to show." */
     static QString noEpochs();
+    /*! "2 satellites with code and phase on two bands, but every arc is
+        shorter than 5 epochs: no multipath to show." */
+    static QString shortArcs(int satellites, int minEpochs);
+    /*! "2 satellites with code and phase on two bands, but never both phases
+        at one epoch: no multipath to show." */
+    static QString noCommonEpochs(int satellites);
+    /*! "The file records no signal strength (no S observations): nothing to
+        show in dB-Hz." */
+    static QString noSignalStrength();
+    /*! Where and why a file cut short stopped: "NAME: line 88623: file ends
+        inside an epoch's satellite records; 2130 complete epochs kept"; empty
+        when \a stop is not cut. */
+    static QString readStopped(const ReadStop& stop);
+    /*! Which observations make a multipath curve: "MP1 = C1C/L1C with L2W"
+        for \a which 1, code \a code, phase \a phase and the other band's
+        phase \a otherPhase. */
+    static QString multipathSignals(int which, const QString& code, const QString& phase,
+                                    const QString& otherPhase);
+    /*! "The file could not be read: WHY" */
+    static QString cannotRead(const QString& why);
 };
 
 } // namespace gnssdemo

@@ -64,6 +64,15 @@ DemoWindow::DemoWindow(QWidget* parent)
                                   "unchecked at the last Apply are not offered"));
     curveBar->addWidget(m_singleChoice);
     curveLayout->addLayout(curveBar);
+    // What the last file could not give: where a file cut short stopped, or
+    // why a file could not be read. Wrapped, so that it is read in full.
+    m_messageLine = new QLabel;
+    m_messageLine->setWordWrap(true);
+    m_messageLine->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_messageLine->setStyleSheet(QStringLiteral(
+        "background: #fff4d6; color: #5a4500; padding: 3px 6px;"));
+    m_messageLine->hide();
+    curveLayout->addWidget(m_messageLine);
     curveLayout->addWidget(m_view, 1);
 
     // The table: bars start at the left edge of its second column, like the
@@ -311,6 +320,28 @@ void DemoWindow::updateStatus()
     if (!empty.isEmpty())
         text += QStringLiteral(". ") + empty;
     m_statusLabel->setText(text);
+    m_statusLabel->setToolTip(text);
+    // A file cut short: what was kept is shown, and where it stopped is said.
+    showMessage(m_host->readWarning());
+}
+
+QString DemoWindow::message() const
+{
+    return m_messageLine->text();
+}
+
+void DemoWindow::showMessage(const QString& text)
+{
+    m_messageLine->setText(text);
+    m_messageLine->setVisible(!text.isEmpty());
+}
+
+void DemoWindow::showReadFailure(const QString& error)
+{
+    const QString text = DemoTexts::cannotRead(error);
+    if (!m_host->document())
+        m_view->setEmptyText(text);
+    showMessage(text);
 }
 
 void DemoWindow::openRinexDialog()

@@ -38,11 +38,19 @@ public:
     /*! Reads a RINEX observation file (2.xx or 3.xx, plain or compact, each
         plain, gzip or Unix-compressed) and loads it, with the navigation
         files \a navigationFiles and those of the same station and day
-        beside it (see attachNavigation()). */
+        beside it (see attachNavigation()). A file cut short loads its
+        complete epochs; the message line says where it stopped. */
     bool loadRinex(const QString& path, QString* error,
                    const QStringList& navigationFiles = QStringList());
     /*! What reading navigation for the file last loaded did. */
     const NavigationLoadResult& navigationLoad() const { return m_navigationLoad; }
+    /*! Says in the message line above the plot, and over the plot when
+        nothing is loaded, that a file could not be read, and why (\a error
+        as loadRinex() gives it). What was loaded before stays. */
+    void showReadFailure(const QString& error);
+    /*! The message line's text: where a file cut short stopped, or why a
+        file could not be read; empty when there is nothing to say. */
+    QString message() const;
 
     DemoHost* host() const { return m_host; }
     const LoadStats& loadStats() const { return m_host->loadStats(); }
@@ -58,6 +66,7 @@ private:
     void onLoaded();
     void onApplied();
     void updateStatus();
+    void showMessage(const QString& text);
     void openRinexDialog();
     void loadSynthetic();
     void saveCurvePicture(const QString& satellite);
@@ -71,6 +80,7 @@ private:
     QHBoxLayout* m_legend;
     QLabel* m_statusLabel;
     NavigationLoadResult m_navigationLoad;
+    QLabel* m_messageLine;
 };
 
 } // namespace gnssdemo

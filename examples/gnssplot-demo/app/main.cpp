@@ -143,13 +143,21 @@ int main(int argc, char** argv)
                         : window.load(std::make_unique<SyntheticSource>(), &error);
     if (!ok) {
         err << "gnssplot-demo: " << error << "\n";
-        return 1;
+        if (parser.isSet(snapshotDir))
+            return 1;
+        // The window stays and says why, so that another file can be opened.
+        err.flush();
+        window.showReadFailure(error);
+        return app.exec();
     }
     if (parser.isSet(nav) && !parser.isSet(rinex))
         err << "gnssplot-demo: --nav needs --rinex: the synthetic day has no station "
                "position\n";
     for (const QString& problem : window.navigationLoad().problems)
         err << "gnssplot-demo: navigation: " << problem << "\n";
+    const QString cut = window.host()->readWarning();
+    if (!cut.isEmpty())
+        err << "gnssplot-demo: warning: " << cut << "\n";
     const QString empty = window.host()->emptyReason();
     if (!empty.isEmpty())
         err << "gnssplot-demo: " << empty << "\n";

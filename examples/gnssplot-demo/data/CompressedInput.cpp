@@ -146,7 +146,8 @@ QString lineOfDamage(const QByteArray& expanded, qint64 size)
     return QStringLiteral("line %1").arg(lines + 1);
 }
 
-bool readGzip(const QString& path, const QString& name, QByteArray* content, QString* error)
+bool readGzip(const QString& path, const QString& name, QByteArray* content, QString* error,
+              bool* streamCut)
 {
     // gzread passes files that are not gzip streams through unchanged.
     gzFile file = gzopen(QFile::encodeName(path).constData(), "rb");
@@ -169,10 +170,13 @@ bool readGzip(const QString& path, const QString& name, QByteArray* content, QSt
         content->resize(old + std::max(got, 0));
         if (got < 0) {
             int code = 0;
+            const char* message = gzerror(file, &code);
+            if (code == Z_BUF_ERROR && streamCut)
+                break; // ended early; said below
             ok = false;
             *error = QStringLiteral("%1: %2: cannot decompress (%3)")
                          .arg(name, lineOfDamage(*content, content->size()),
-                              QString::fromLocal8Bit(gzerror(file, &code)));
+                              QString::fromLocal8Bit(message));
             break;
         }
         if (got < chunk)
@@ -180,6 +184,12 @@ bool readGzip(const QString& path, const QString& name, QByteArray* content, QSt
     }
     int code = Z_OK;
     const char* message = gzerror(file, &code);
+    // zlib reports a stream that stops before its end as a buffer error
+    // ("unexpected end of file"): all that came before expanded correctly.
+    if (ok && code == Z_BUF_ERROR && streamCut) {
+        *streamCut = true;
+        code = Z_OK;
+    }
     if (ok && code != Z_OK && code != Z_STREAM_END) {
         ok = false;
         *error = QStringLiteral("%1: %2: damaged compressed data (%3)")
@@ -192,12 +202,15 @@ bool readGzip(const QString& path, const QString& name, QByteArray* content, QSt
 
 } // namespace
 
-bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error)
+bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error,
+                      bool* streamCut)
 {
     const QString name = QFileInfo(path).fileName();
     QString message;
     bool ok = false;
     content->clear();
+    if (streamCut)
+        *streamCut = false;
     try {
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly)) {
@@ -210,7 +223,7 @@ bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error)
                               .arg(name, lineOfDamage(*content, content->size()), message);
         } else {
             file.close();
-            ok = readGzip(path, name, content, &message);
+            ok = readGzip(path, name, content, &message, streamCut);
         }
     } catch (const std::bad_alloc&) {
         ok = false;

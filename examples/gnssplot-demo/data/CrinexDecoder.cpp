@@ -81,11 +81,22 @@ bool CrinexDecoder::next(Line& line)
     return true;
 }
 
+bool CrinexDecoder::nextInput(Line& l)
+{
+    if (!m_in.next(l))
+        return false;
+    // A difference cut short is a different number: the epoch cannot be
+    // rebuilt.
+    if (m_in.lastLineCut() && !l.isBlank())
+        failEnd(m_in.number(), QT_TRANSLATE_NOOP("RinexReader", "a line"));
+    return true;
+}
+
 Line CrinexDecoder::needInput(const char* what)
 {
     Line l;
-    if (!m_in.next(l))
-        fail(m_in.number() + 1, QStringLiteral("file ends inside %1").arg(QLatin1String(what)));
+    if (!nextInput(l))
+        failEnd(m_in.number() + 1, what);
     return l;
 }
 
@@ -259,7 +270,7 @@ bool CrinexDecoder::decodeEpoch()
 
     Line l;
     do {
-        if (!m_in.next(l))
+        if (!nextInput(l))
             return false;
     } while (l.isBlank());
     const qint64 n = m_in.number();
@@ -282,7 +293,7 @@ bool CrinexDecoder::decodeEpoch()
         m_out.append(m_epochLine);
         endLine();
         for (int i = 0; i < count; ++i) {
-            const Line r = needInput("an event record");
+            const Line r = needInput(QT_TRANSLATE_NOOP("RinexReader", "an event record"));
             beginLine(m_in.number());
             m_out.append(r.p, r.len);
             endLine();
@@ -323,7 +334,7 @@ bool CrinexDecoder::decodeEpoch()
         const int typeCount = int(m_header.v2Table.types.size());
         const int records = m_v3 ? count : count * ((typeCount + 4) / 5);
         for (int i = 0; i < records; ++i) {
-            const Line r = needInput("a cycle-slip record");
+            const Line r = needInput(QT_TRANSLATE_NOOP("RinexReader", "a cycle-slip record"));
             beginLine(m_in.number());
             m_out.append(r.p, r.len);
             endLine();
@@ -332,7 +343,8 @@ bool CrinexDecoder::decodeEpoch()
         return true;
     }
 
-    const Line clockLine = needInput("an epoch (no receiver clock line)");
+    const Line clockLine =
+        needInput(QT_TRANSLATE_NOOP("RinexReader", "an epoch (no receiver clock line)"));
     qint64 clock = 0;
     const int clockLength = clockLine.isBlank() ? 0 : clockLine.len;
     const FieldResult clockResult = decodeField(clockLine.p, clockLength, m_clock, &clock);
@@ -345,7 +357,7 @@ bool CrinexDecoder::decodeEpoch()
     std::vector<char> present;
     for (int i = 0; i < count; ++i) {
         const char* id = ids.constData() + 3 * i;
-        const Line d = needInput("an epoch's satellite records");
+        const Line d = needInput(QT_TRANSLATE_NOOP("RinexReader", "an epoch's satellite records"));
         const qint64 dn = m_in.number();
         const SystemTable& table = *m_header.table(id[0]);
         const int typeCount = int(table.types.size());

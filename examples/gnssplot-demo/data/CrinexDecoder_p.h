@@ -54,6 +54,9 @@ private:
     };
 
     bool decodeEpoch();
+    // The next compact line, refusing the unterminated last line of a cut
+    // file; needInput() also refuses the end of the file.
+    bool nextInput(Line& l);
     Line needInput(const char* what);
     void rebuildEpochLine(const Line& l);
     enum FieldResult { Missing, Value, BadText, NoStart, OutOfRange };

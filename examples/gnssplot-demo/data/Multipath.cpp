@@ -16,10 +16,18 @@ namespace {
 
 enum class BreakReason { None, Gap, Lli, PhaseJump };
 
+EventKind eventKind(BreakReason reason)
+{
+    return reason == BreakReason::Lli ? EventKind::LossOfLock
+           : reason == BreakReason::PhaseJump ? EventKind::PhaseJump
+                                              : EventKind::Gap;
+}
+
 struct Arc
 {
     size_t first;
     size_t last;
+    BreakReason start; // why the arc before ended; None for the first
 };
 
 // Opens the setting phase on all three axes and allocates them; on failure
@@ -41,6 +49,28 @@ bool allocateAxes(AxisData* axes[3], qint64 count, QString* error)
 }
 
 } // namespace
+
+QString eventKindName(EventKind kind)
+{
+    switch (kind) {
+    case EventKind::LossOfLock: return QStringLiteral("loss_of_lock");
+    case EventKind::PhaseJump: return QStringLiteral("phase_jump");
+    case EventKind::Gap: return QStringLiteral("gap");
+    }
+    return QString();
+}
+
+double MultipathInfo::mp1Rms() const
+{
+    return mp1Samples > 0 ? std::sqrt(mp1SumSquares / double(mp1Samples))
+                          : std::numeric_limits<double>::quiet_NaN();
+}
+
+double MultipathInfo::mp2Rms() const
+{
+    return mp2Samples > 0 ? std::sqrt(mp2SumSquares / double(mp2Samples))
+                          : std::numeric_limits<double>::quiet_NaN();
+}
 
 bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64>& epochs,
                       qint64 intervalMs, Curve_DataSet_XY* target, MultipathInfo* info,
@@ -88,6 +118,10 @@ bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64
 
     const SignalSeries& s1 = sat.bands[out.bandA];
     const SignalSeries& s2 = sat.bands[out.bandB];
+    out.codeA = s1.codeType;
+    out.phaseA = s1.phaseType;
+    out.codeB = s2.codeType;
+    out.phaseB = s2.phaseType;
     const double lambda1 = SpeedOfLight / s1.frequencyHz;
     const double lambda2 = SpeedOfLight / s2.frequencyHz;
     const double alpha = (s1.frequencyHz / s2.frequencyHz) * (s1.frequencyHz / s2.frequencyHz);
@@ -137,8 +171,9 @@ bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64
                     ++out.lliBreaks;
                 else
                     ++out.phaseJumpBreaks;
+                out.breaks.push_back({qint64(i), epochs[i], eventKind(reason)});
             }
-            arcs.push_back({i, i});
+            arcs.push_back({i, i, prev == n ? BreakReason::None : reason});
             gfSlope = std::numeric_limits<double>::quiet_NaN();
         } else {
             gfSlope = (gf - gfPrev) / double(epochs[i] - epochs[prev]);
@@ -168,9 +203,15 @@ bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64
         double* mp2 = axes[2]->getInSettingData(0, nullptr);
         Q_ASSERT(x && mp1 && mp2);
         qint64 k = 0;
-        for (const Arc& a : arcs) {
+        // Why the last written arc ended, once the arc after it is known.
+        BreakReason pending = BreakReason::None;
+        for (size_t arc = 0; arc < arcs.size(); ++arc) {
+            const Arc& a = arcs[arc];
             if (qint64(a.last - a.first + 1) < options.minArcSamples)
                 continue;
+            if (pending != BreakReason::None)
+                out.events.push_back({k, qint64(a.first), eventKind(pending)});
+            pending = arc + 1 < arcs.size() ? arcs[arc + 1].start : BreakReason::None;
             const qint64 begin = k;
             double sum1 = 0.0, sum2 = 0.0;
             qint64 n1 = 0, n2 = 0;
@@ -205,7 +246,13 @@ bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64
             for (qint64 j = begin; j < k; ++j) {
                 mp1[j] -= rest1;
                 mp2[j] -= rest2;
+                if (!std::isnan(mp1[j]))
+                    out.mp1SumSquares += mp1[j] * mp1[j];
+                if (!std::isnan(mp2[j]))
+                    out.mp2SumSquares += mp2[j] * mp2[j];
             }
+            out.mp1Samples += n1;
+            out.mp2Samples += n2;
             breaks.insert(k - 1);
             ++out.arcs;
         }

@@ -3,7 +3,9 @@
 #define GNSSDEMO_MULTIPATH_H
 
 #include "ObservationData.h"
+#include "ObservationEvents.h"
 
+#include <limits>
 #include <vector>
 
 class Curve_DataSet_XY;
@@ -42,6 +44,27 @@ struct MultipathInfo
     int phaseJumpBreaks = 0;//!< arcs ended by a geometry-free phase jump
     int gapBreaks = 0;      //!< arcs ended by missing epochs or observations
     int droppedArcs = 0;    //!< arcs shorter than minArcSamples, left out
+    /*! Observation codes of the two bands' code and phase ("C1C", "L1C",
+        "C2W", "L2W"): MP1 is made of codeA and phaseA with phaseB, MP2 of
+        codeB and phaseB with phaseA. Empty without a second band. */
+    QString codeA, phaseA, codeB, phaseB;
+    /*! Every arc break, kept arcs or not: the epoch that starts the new arc
+        and why the arc before it ended. */
+    std::vector<EpochEvent> breaks;
+    /*! The first sample of every written arc after the first, with why the
+        written arc before it ended (arcs left out in between do not count). */
+    std::vector<CurveEvent> events;
+    /*! Sums of squares (m^2) and counts of the written MP1 and MP2 values that
+        are not NaN, for root mean squares over several satellites. */
+    double mp1SumSquares = 0.0;
+    double mp2SumSquares = 0.0;
+    qint64 mp1Samples = 0;
+    qint64 mp2Samples = 0;
+
+    /*! Root mean square of the written MP1 values in metres; NaN without any. */
+    double mp1Rms() const;
+    /*! Root mean square of the written MP2 values in metres; NaN without any. */
+    double mp2Rms() const;
 };
 
 /*!
@@ -56,6 +79,15 @@ struct MultipathInfo
     epoch or observation), LLI bit 0 on either phase, or a jump of the
     geometry-free phase lambda1*L1 - lambda2*L2 against its linear
     prediction.
+
+    The phase-jump test: the geometry-free phase GF = lambda1*L1 - lambda2*L2
+    (metres) removes geometry and clocks and leaves the slowly changing
+    ionosphere. At each epoch after an arc's first two it is predicted
+    linearly from the two epochs before; a difference above slipThreshold
+    plus slipThresholdPerSecond for each second the step exceeds one second,
+    at most slipThresholdMax, is a jump. At an arc's second epoch, with no
+    slope yet, GF may change by at most firstStepThreshold plus
+    firstStepThresholdPerSecond per second beyond one.
 
     The result is published into \a target (a Curve_DataSet_XY with at least
     two Y axes): X (key 0) the epoch times in milliseconds, key 1 MP1 and key

@@ -30,16 +30,19 @@ void SignalSeries::reset(size_t epochs)
     pseudorange.assign(epochs, nan);
     phase.assign(epochs, nan);
     lli.assign(epochs, 0);
+    snr.assign(epochs, nan);
 }
 
 void SignalSeries::clear()
 {
     codeType.clear();
     phaseType.clear();
+    snrType.clear();
     frequencyHz = 0.0;
     pseudorange.clear();
     phase.clear();
     lli.clear();
+    snr.clear();
 }
 
 qint64 SatelliteObservations::recordCount() const
@@ -68,6 +71,11 @@ void SatelliteObservations::clear()
 }
 
 ObservationSource::~ObservationSource() = default;
+
+ReadStop ObservationSource::readStop() const
+{
+    return ReadStop();
+}
 
 MemoryObservationSource::MemoryObservationSource(QString description,
                                                  std::vector<qint64> epochs, qint64 intervalMs,

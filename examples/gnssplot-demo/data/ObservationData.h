@@ -40,16 +40,22 @@ enum class ChannelOrigin {
 };
 
 /*! The observations of one satellite on one band, one element per epoch of
-    the source. Either all three vectors are empty (band not observed) or all
-    have the source's epoch count. */
+    the source. Either all four vectors are empty (band not observed) or all
+    have the source's epoch count. A band is observed when it has code or
+    phase; signal strength alone does not make one. */
 struct SignalSeries
 {
     QString codeType;          //!< observation code of the pseudorange, e.g. "C1C", "P2"
     QString phaseType;         //!< observation code of the carrier phase, e.g. "L1C", "L2"
+    /*! Observation code of the signal strength, e.g. "S1C"; empty when the
+        band has none (RINEX 2 files often record none: their SSI digits are
+        not turned into values). */
+    QString snrType;
     double frequencyHz = 0.0;  //!< carrier frequency in hertz
     std::vector<double> pseudorange; //!< metres, NaN when missing
     std::vector<double> phase;       //!< cycles, NaN when missing
     std::vector<quint8> lli;         //!< loss-of-lock indicator of the phase, 0 when blank
+    std::vector<double> snr;         //!< signal strength in dB-Hz, NaN when missing
 
     bool isEmpty() const { return pseudorange.empty(); }
     /*! True when epoch \a i holds a pseudorange or a phase on this band. */
@@ -79,6 +85,31 @@ struct SatelliteObservations
     void clear();
 };
 
+/*!
+    Where and why a file that was cut short stopped: it ended inside an epoch
+    (that epoch is left out), inside a line, or its compressed stream ended
+    early. Everything before is kept.
+*/
+struct ReadStop
+{
+    /*! The file's name, for the message; may be empty. */
+    QString file;
+    /*! 1-based line of the (expanded) text where the data ends; 0 when the
+        file was read to its end. */
+    qint64 line = 0;
+    /*! What the file ends inside, e.g. "an epoch's satellite records" or "a
+        line"; null when it ends after a whole line. A static text, marked for
+        translation in the context "RinexReader". */
+    const char* endsInside = nullptr;
+    /*! True when the compressed (gzip) stream itself ended early. */
+    bool compressedCut = false;
+    /*! The complete epochs kept. */
+    qint64 epochsKept = 0;
+
+    /*! True when the file was cut short. */
+    bool isCut() const { return line > 0; }
+};
+
 /*! The receiver's station as an observation file's header names it. */
 struct StationInfo
 {
@@ -96,6 +127,9 @@ public:
     virtual StationInfo station() const { return StationInfo(); }
     /*! One line telling what the data is, for titles and logs. */
     virtual QString description() const = 0;
+    /*! Where reading stopped when the data was cut short; by default (and
+        for a complete file) a ReadStop whose isCut() is false. */
+    virtual ReadStop readStop() const;
     /*! Epoch times, ascending, GPST milliseconds since 1970-01-01. */
     virtual const std::vector<qint64>& epochs() const = 0;
     /*! The nominal spacing of epochs in milliseconds (> 0). */
@@ -126,10 +160,14 @@ public:
     const SatelliteObservations* satelliteAt(int index) const;
     StationInfo station() const override { return m_station; }
     void setStation(const StationInfo& station) { m_station = station; }
+    ReadStop readStop() const override { return m_readStop; }
+    /*! Records where reading stopped (see ReadStop). */
+    void setReadStop(const ReadStop& stop) { m_readStop = stop; }
 
 private:
     StationInfo m_station;
     QString m_description;
+    ReadStop m_readStop;
     std::vector<qint64> m_epochs;
     qint64 m_intervalMs;
     std::vector<SatelliteObservations> m_satellites;

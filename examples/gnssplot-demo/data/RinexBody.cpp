@@ -17,18 +17,74 @@ RinexBody::RinexBody(LineSource& lines, const RinexHeader& header)
 
 void RinexBody::read()
 {
-    if (m_header.version >= 3)
-        readV3();
-    else
-        readV2();
+    try {
+        if (m_header.version >= 3)
+            readV3();
+        else
+            readV2();
+    } catch (const ParseError& e) {
+        // A download or a copy cut short: keep what is whole. Damage before
+        // the end still refuses the file.
+        if (!e.endsInside)
+            throw;
+        dropOpenEpoch();
+        stop.line = e.line;
+        stop.endsInside = e.endsInside;
+    }
+    stop.epochsKept = qint64(epochs.size());
+}
+
+bool RinexBody::nextLine(Line& l)
+{
+    if (!m_lines.next(l))
+        return false;
+    // Its last fields may be missing or hold fewer digits than written.
+    if (m_lines.lastLineCut() && !l.isBlank())
+        failEnd(m_lines.number(), QT_TRANSLATE_NOOP("RinexReader", "a line"));
+    return true;
 }
 
 Line RinexBody::needLine(const char* what)
 {
     Line l;
-    if (!m_lines.next(l))
-        fail(m_lines.number() + 1, QStringLiteral("file ends inside %1").arg(QLatin1String(what)));
+    if (!nextLine(l))
+        failEnd(m_lines.number() + 1, what);
     return l;
+}
+
+void RinexBody::beginEpoch()
+{
+    m_open = true;
+    m_openEpochs = epochs.size();
+    m_openSats = sats.size();
+}
+
+void RinexBody::dropOpenEpoch()
+{
+    if (!m_open)
+        return;
+    m_open = false;
+    while (sats.size() > m_openSats) {
+        const SatStore& s = sats.back();
+        m_satIndex[size_t(systemSlot(s.system))][size_t(s.prn)] = -1;
+        sats.pop_back();
+    }
+    // An epoch that repeated the time of the one before was merged into it
+    // and stays.
+    const size_t kept = m_openEpochs;
+    if (epochs.size() <= kept)
+        return;
+    epochs.resize(kept);
+    for (SatStore& s : sats) {
+        if (s.record.size() > kept)
+            s.record.resize(kept);
+        for (std::vector<double>& v : s.values)
+            if (v.size() > kept)
+                v.resize(kept);
+        for (std::vector<quint8>& f : s.lli)
+            if (f.size() > kept)
+                f.resize(kept);
+    }
 }
 
 bool RinexBody::skipEvent(qint64 line, int flag, int count)
@@ -37,7 +93,7 @@ bool RinexBody::skipEvent(qint64 line, int flag, int count)
         fail(line, QStringLiteral("unknown epoch flag %1").arg(flag));
     if (flag < 2 || flag > 5)
         return false;
-    skipLines(count, "an event record");
+    skipLines(count, QT_TRANSLATE_NOOP("RinexReader", "an event record"));
     return true;
 }
 
@@ -157,10 +213,11 @@ void RinexBody::storeFields(SatStore& sat, const SystemTable& table, int first, 
 void RinexBody::readV3()
 {
     Line l;
-    while (m_lines.next(l)) {
+    while (nextLine(l)) {
         const qint64 n = m_lines.number();
         if (l.isBlank())
             continue;
+        beginEpoch();
         if (l.at(0) != '>')
             fail(n, QStringLiteral("expected an epoch line starting with '>'"));
         int flag = 0;
@@ -175,14 +232,16 @@ void RinexBody::readV3()
         if (flag == 6) {
             const int epoch = slipEpochFor(ms);
             for (int i = 0; i < count; ++i) {
-                const Line r = needLine("a cycle-slip record");
+                const Line r = needLine(QT_TRANSLATE_NOOP("RinexReader", "a cycle-slip record"));
                 satellite(r, 0, m_lines.number()).forcedSlips.push_back(epoch);
             }
+            endEpoch();
             continue;
         }
         const int epoch = epochIndexFor(ms, n);
         for (int i = 0; i < count; ++i) {
-            const Line r = needLine("an epoch's satellite records");
+            const Line r =
+                needLine(QT_TRANSLATE_NOOP("RinexReader", "an epoch's satellite records"));
             if (r.at(0) == '>')
                 fail(m_lines.number(), QStringLiteral("epoch announces %1 satellites but has "
                                                       "%2").arg(count).arg(i));
@@ -195,6 +254,7 @@ void RinexBody::readV3()
             if (flag == 1)
                 sat.forcedSlips.push_back(epoch);
         }
+        endEpoch();
     }
 }
 
@@ -205,10 +265,11 @@ void RinexBody::readV2()
     const int linesPerSat = (typeCount + 4) / 5;
     Line l;
     std::vector<int> ids;
-    while (m_lines.next(l)) {
+    while (nextLine(l)) {
         const qint64 n = m_lines.number();
         if (l.isBlank())
             continue;
+        beginEpoch();
         int flag = 0;
         int count = 0;
         const int zero = 0;
@@ -225,7 +286,8 @@ void RinexBody::readV2()
         Line listLine = l;
         for (int i = 0; i < count; ++i) {
             if (i > 0 && i % 12 == 0)
-                listLine = needLine("an epoch's satellite list");
+                listLine =
+                    needLine(QT_TRANSLATE_NOOP("RinexReader", "an epoch's satellite list"));
             const int col = 32 + 3 * (i % 12);
             if (listLine.field(col, 3).trimmed().isEmpty())
                 fail(m_lines.number(), QStringLiteral("satellite list shorter than the "
@@ -237,7 +299,9 @@ void RinexBody::readV2()
             const int epoch = slipEpochFor(ms);
             for (int id : ids)
                 sats[size_t(id)].forcedSlips.push_back(epoch);
-            skipLines(count * linesPerSat, "a cycle-slip record");
+            skipLines(count * linesPerSat,
+                      QT_TRANSLATE_NOOP("RinexReader", "a cycle-slip record"));
+            endEpoch();
             continue;
         }
         const int epoch = epochIndexFor(ms, n);
@@ -247,12 +311,14 @@ void RinexBody::readV2()
                 sat.record.resize(size_t(epoch) + 1, 0);
             sat.record[size_t(epoch)] = 1;
             for (int j = 0; j < linesPerSat; ++j) {
-                const Line r = needLine("an epoch's observation records");
+                const Line r = needLine(
+                    QT_TRANSLATE_NOOP("RinexReader", "an epoch's observation records"));
                 storeFields(sat, table, 5 * j, std::min(5, typeCount - 5 * j), r, 0, epoch);
             }
             if (flag == 1)
                 sat.forcedSlips.push_back(epoch);
         }
+        endEpoch();
     }
 }
 

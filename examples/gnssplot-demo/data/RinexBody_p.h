@@ -4,6 +4,7 @@
 #ifndef GNSSDEMO_RINEXBODY_P_H
 #define GNSSDEMO_RINEXBODY_P_H
 
+#include "ObservationData.h"
 #include "RinexHeader_p.h"
 
 namespace gnssdemo {
@@ -29,12 +30,15 @@ class RinexBody
 public:
     RinexBody(LineSource& lines, const RinexHeader& header);
 
-    // Reads every remaining line. Throws ParseError.
+    // Reads every remaining line. Throws ParseError on damage; a file that
+    // ends early keeps its complete epochs and says where in `stop`.
     void read();
 
     // GPST milliseconds, increasing.
     std::vector<qint64> epochs;
     std::vector<SatStore> sats;
+    // Where the file ended early (line, endsInside); not cut otherwise.
+    ReadStop stop;
 
 private:
     void readV3();
@@ -44,7 +48,14 @@ private:
     // Refuses an unknown epoch flag and skips the special records of an
     // event (flags 2 to 5); true when the epoch was such an event.
     bool skipEvent(qint64 line, int flag, int count);
+    // The next line, refusing the unterminated last line of a cut file.
+    bool nextLine(Line& l);
     Line needLine(const char* what);
+    // An epoch's lines are being read from the epoch line on: what it adds
+    // is taken back when the file ends before its last record.
+    void beginEpoch();
+    void endEpoch() { m_open = false; }
+    void dropOpenEpoch();
     SatStore& satellite(const Line& l, int col, qint64 line);
     int epochIndexFor(qint64 ms, qint64 line);
     int slipEpochFor(qint64 ms) const;
@@ -54,6 +65,9 @@ private:
     LineSource& m_lines;
     const RinexHeader& m_header;
     std::array<std::array<int, 100>, 26> m_satIndex;
+    bool m_open = false;
+    size_t m_openEpochs = 0; // epochs and satellites before the open epoch
+    size_t m_openSats = 0;
 };
 
 } // namespace rinex

@@ -11,6 +11,11 @@ void fail(qint64 line, const QString& message)
     throw ParseError{line, message};
 }
 
+void failEnd(qint64 line, const char* what)
+{
+    throw ParseError{line, QStringLiteral("file ends inside %1").arg(QLatin1String(what)), what};
+}
+
 bool Line::isBlank() const
 {
     for (int i = 0; i < len; ++i)
@@ -42,6 +47,8 @@ bool LineCursor::next(Line& line)
     if (line.len > 0 && line.p[line.len - 1] == '\r')
         --line.len;
     m_cur = nl ? nl + 1 : m_end;
+    // A line end cut off between '\r' and '\n' leaves the line whole.
+    m_cut = !nl && stop > line.p && stop[-1] != '\r';
     ++m_number;
     return true;
 }

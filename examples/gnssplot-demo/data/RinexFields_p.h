@@ -16,14 +16,18 @@ namespace rinex {
 const double NaN = std::numeric_limits<double>::quiet_NaN();
 
 // Thrown inside the reader only; RinexReader::readText turns it into the
-// "line N: ..." error text.
+// "line N: ..." error text, or, when the file merely ended early
+// (endsInside set), keeps the complete epochs read before.
 struct ParseError
 {
     qint64 line;
     QString message;
+    const char* endsInside = nullptr; // a static text, as ReadStop::endsInside
 };
 
 [[noreturn]] void fail(qint64 line, const QString& message);
+// The file ends inside \a what ("file ends inside an event record").
+[[noreturn]] void failEnd(qint64 line, const char* what);
 
 // A view of one line without its end-of-line characters. Columns past the
 // end read as blanks, as RINEX writers drop trailing blanks.
@@ -51,6 +55,9 @@ public:
     // 1-based number of the file line that the line last returned by next()
     // comes from; error messages name it.
     virtual qint64 number() const = 0;
+    // True when the line last returned is the end of a text that stops
+    // without a line end: a file cut inside that line.
+    virtual bool lastLineCut() const { return false; }
 };
 
 // The lines of a text in memory, split at '\n' with a trailing '\r' dropped.
@@ -61,12 +68,14 @@ public:
 
     bool next(Line& line) override;
     qint64 number() const override { return m_number; }
+    bool lastLineCut() const override { return m_cut; }
     bool atEnd() const { return m_cur >= m_end; }
 
 private:
     const char* m_cur;
     const char* m_end;
     qint64 m_number = 0;
+    bool m_cut = false;
 };
 
 // Parses a right-aligned integer field of columns [col, col + width); a blank

@@ -24,8 +24,8 @@ void addTypes(SystemTable& table, double version, const QByteArray& codes, qint6
         const char k = raw[0];
         if (k == 'C' || (k == 'P' && version < 3))
             t.kind = 'C';
-        else if (k == 'L')
-            t.kind = 'L';
+        else if (k == 'L' || k == 'S')
+            t.kind = k;
         if (t.kind)
             t.store = table.stored++;
         table.types.push_back(t);

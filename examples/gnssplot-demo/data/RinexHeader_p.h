@@ -16,7 +16,7 @@ namespace rinex {
 struct ObsType
 {
     QByteArray code; // "C1C" or "P1"
-    char kind = 0;   // 'C' (pseudorange, also version 2 'P'), 'L', or 0 for unused types
+    char kind = 0;   // 'C' (pseudorange, also version 2 'P'), 'L', 'S', or 0 for unused types
     char digit = 0;
     char attribute = ' ';
     int store = -1;  // index into SatStore::values, -1 when not kept

@@ -47,6 +47,7 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readText(const QByteArray&
                               || header.approxPosition[2] != 0;
         std::copy(header.approxPosition, header.approxPosition + 3, station.position);
         source->setStation(station);
+        source->setReadStop(body.stop);
         return source;
     } catch (const ParseError& e) {
         if (error)
@@ -63,15 +64,29 @@ std::unique_ptr<MemoryObservationSource> RinexReader::readFile(const QString& pa
 {
     QByteArray text;
     QString message;
-    if (!readMaybeGzipped(path, &text, &message)) {
+    bool streamCut = false;
+    if (!readMaybeGzipped(path, &text, &message, &streamCut)) {
         if (error)
             *error = message;
         return nullptr;
     }
     const QString name = QFileInfo(path).fileName();
     auto source = readText(text, name, &message);
-    if (!source && error)
-        *error = QStringLiteral("%1: %2").arg(name, message);
+    if (!source) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(name, message);
+        return nullptr;
+    }
+    ReadStop stop = source->readStop();
+    stop.file = name;
+    if (streamCut) {
+        stop.compressedCut = true;
+        // Cut right after a whole epoch, the text itself looks complete:
+        // the stream ended where the next line would have begun.
+        if (!stop.isCut())
+            stop.line = qint64(text.count('\n')) + 1;
+    }
+    source->setReadStop(stop);
     return source;
 }
 

@@ -18,11 +18,18 @@ namespace gnssdemo {
     (.Z), into a MemoryObservationSource. The observations of a compact file
     equal those of its plain form; errors in it name its own lines.
 
-    Only pseudoranges (C, and P in version 2) and carrier phases (L) with
-    their loss-of-lock indicators are kept. For each satellite and band the
-    code and phase types with the most values are chosen (ties go to the
-    preferred signal, then to header order); the phase type with the same
-    tracking attribute as the chosen code wins over other phases.
+    Pseudoranges (C, and P in version 2), carrier phases (L) with their
+    loss-of-lock indicators and signal strengths (S) are kept. For each
+    satellite and band the code and phase types with the most values are
+    chosen (ties go to the preferred signal, then to header order); the phase
+    and signal-strength types with the same tracking attribute as the chosen
+    code win over others. The signal-strength digit after a value is not
+    read: a file without S types has no signal strength.
+
+    A file that ends early (a download cut short, a truncated gzip stream)
+    keeps its complete epochs: the epoch it ends in, and the one holding an
+    unterminated last line, are left out, and the source's readStop() says
+    where and why. Damage before the end refuses the file as before.
 
     Epoch flags: 0 and 1 carry observations (a flag 1 power failure marks a
     cycle slip on every satellite of that epoch); 2 to 5 are followed by
@@ -54,8 +61,13 @@ public:
 /*! Reads a whole file, expanding it when it is gzip- or Unix-compressed
     (plain files pass through). Returns false with a message in \a error on
     failure; damaged compressed data is reported as "NAME: line N: ...", N
-    being the line of the expanded text where the damage shows. */
-bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error);
+    being the line of the expanded text where the damage shows. With
+    \a streamCut given, a gzip stream that merely ends early is no failure:
+    \a content holds what it expanded to and *streamCut is set true (false
+    otherwise). A Unix-compressed stream cut short cannot be told from a
+    whole one. */
+bool readMaybeGzipped(const QString& path, QByteArray* content, QString* error,
+                      bool* streamCut = nullptr);
 
 } // namespace gnssdemo
 

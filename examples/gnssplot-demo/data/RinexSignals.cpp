@@ -124,6 +124,15 @@ SatelliteObservations selectSignals(SatStore& store, const RinexHeader& header,
             std::copy(f.begin(), f.end(), s.lli.begin());
             std::vector<double>().swap(v);
         }
+        // Signal strength of the signal the code (or else the phase) comes
+        // from where the file has it.
+        const ObsType* strength = pick('S', band, code ? code->attribute : phase->attribute);
+        if (strength) {
+            s.snrType = QString::fromLatin1(strength->code);
+            std::vector<double>& v = store.values[size_t(strength->store)];
+            std::copy(v.begin(), v.end(), s.snr.begin());
+            std::vector<double>().swap(v);
+        }
         for (int e : store.forcedSlips)
             if (e >= 0 && size_t(e) < epochCount)
                 s.lli[size_t(e)] |= 1;

@@ -13,7 +13,8 @@ namespace rinex {
 // Moves \a store's values into the observations of the chosen signals: for
 // each band the code and phase types with the most values (ties go to the
 // preferred signal, then to header order), the phase tracked like the chosen
-// code winning over other phases. \a epochs are the file's epochs.
+// code winning over other phases, and the signal strength chosen like the
+// phase. \a epochs are the file's epochs.
 SatelliteObservations selectSignals(SatStore& store, const RinexHeader& header,
                                     const std::vector<qint64>& epochs);
 

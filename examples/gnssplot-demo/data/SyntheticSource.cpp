@@ -190,6 +190,7 @@ bool SyntheticSource::satellite(int index, SatelliteObservations& out) const
         SignalSeries& s = out.bands[plan[k].band];
         s.codeType = QLatin1String(plan[k].code);
         s.phaseType = QLatin1String(plan[k].phase);
+        s.snrType = QLatin1Char('S') + s.codeType.mid(1);
         s.frequencyHz = carrierFrequency(sat.system, plan[k].digit, out.glonassChannel, 3.04);
         s.reset(DaySeconds);
         lambda[k] = SpeedOfLight / s.frequencyHz;
@@ -287,6 +288,11 @@ bool SyntheticSource::satellite(int index, SatelliteObservations& out) const
                                                + codeNoise * rng.gauss();
                 s.phase[size_t(t)] = (range - iono) / lambda[k] + ambiguity[k]
                                      + 0.003 * rng.gauss();
+                // Stronger high in the sky, weaker on the later signals, and
+                // fading with the multipath; no random draw, so that the
+                // other values stay those of earlier versions.
+                const double snr = 30.0 + 20.0 * sinE - 2.0 * k + 1.5 * mpSin[k];
+                s.snr[size_t(t)] = std::round(snr * 4.0) / 4.0;
             }
         }
     }

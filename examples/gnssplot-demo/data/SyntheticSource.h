@@ -21,7 +21,8 @@ namespace gnssdemo {
     BeiDou-3 B1I/B3I/B2a, QZSS L1/L2/L5. Passes have short gaps, the third
     signal is lost below 12 degrees of elevation, some pseudoranges drop out
     for a while, and cycle slips occur, most with the loss-of-lock indicator
-    set and some without it.
+    set and some without it. Signal strength (dB-Hz, in steps of 0.25) rises
+    with elevation and fades with the multipath.
 
     Nothing is stored but a few numbers per satellite: satellite() computes a
     satellite's day on each call, so the whole day never sits in memory. The

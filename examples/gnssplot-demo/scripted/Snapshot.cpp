@@ -5,6 +5,7 @@
 #include "DemoWindow.h"
 #include "MultipathView.h"
 #include "Pictures.h"
+#include "QualityText.h"
 #include "ReadbackPanel.h"
 #include "SkySnapshot.h"
 
@@ -102,6 +103,12 @@ QString summaryText(const DemoHost& host, const QString& curveSatellite,
     const QString empty = host.emptyReason();
     if (!empty.isEmpty())
         s << "empty plot: " << empty << "\n";
+    const QString cut = host.readWarning();
+    if (!cut.isEmpty())
+        s << "cut short: " << cut << "\n";
+    const QString noStrength = host.signalStrengthReason();
+    if (!noStrength.isEmpty())
+        s << "signal strength: " << noStrength << "\n";
 
     const QMap<QString, bool>& selection = host.readSelection();
     QStringList unchecked;
@@ -154,6 +161,7 @@ QString summaryText(const DemoHost& host, const QString& curveSatellite,
     for (const Picture& p : pictures)
         s << " " << p.file << " " << p.size.width() << "x" << p.size.height();
     s << "\n";
+    s << qualityTableText(host);
     return text;
 }
 

@@ -16,8 +16,9 @@ class DemoWindow;
     one unchecked satellite, reads them back, applies them, then saves
     window.png, view.png, table.png, curve.png (DrawXYCurveToPixmap of a
     marked satellite; left out when no satellite has a curve),
-    bars.png (PaintAllLabelsToDevice) and summary.txt; with navigation also
-    sky.csv (see writeSkySnapshot()).
+    bars.png (PaintAllLabelsToDevice) and summary.txt, which ends with the
+    quality table (qualityTableText()) and says where a file cut short
+    stopped; with navigation also sky.csv (see writeSkySnapshot()).
     Prints where they are on \a out; returns the process exit code.
 */
 int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextStream& err);

@@ -83,5 +83,83 @@
         <source>The file holds no epochs: nothing to show.</source>
         <translation>Die Datei enthält keine Epochen: nichts darzustellen.</translation>
     </message>
+    <message numerus="yes">
+        <source>%n satellite(s) with code and phase on two bands, but every arc is shorter than %1 epochs: no multipath to show.</source>
+        <translation>
+            <numerusform>%n Satellit mit Code und Phase auf zwei Bändern, aber jeder Bogen ist kürzer als %1 Epochen: kein Mehrweg darzustellen.</numerusform>
+            <numerusform>%n Satelliten mit Code und Phase auf zwei Bändern, aber jeder Bogen ist kürzer als %1 Epochen: kein Mehrweg darzustellen.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n satellite(s) with code and phase on two bands, but never both phases at one epoch: no multipath to show.</source>
+        <translation>
+            <numerusform>%n Satellit mit Code und Phase auf zwei Bändern, aber nie beide Phasen in derselben Epoche: kein Mehrweg darzustellen.</numerusform>
+            <numerusform>%n Satelliten mit Code und Phase auf zwei Bändern, aber nie beide Phasen in derselben Epoche: kein Mehrweg darzustellen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The file records no signal strength (no S observations): nothing to show in dB-Hz.</source>
+        <translation>Die Datei enthält keine Signalstärke (keine S-Beobachtungen): nichts in dB-Hz darzustellen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: file ends inside %2; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>Zeile %1: Die Datei endet innerhalb %2; %n vollständige Epoche behalten</numerusform>
+            <numerusform>Zeile %1: Die Datei endet innerhalb %2; %n vollständige Epochen behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: the compressed data ends early, inside %2; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>Zeile %1: Die komprimierten Daten enden vorzeitig, innerhalb %2; %n vollständige Epoche behalten</numerusform>
+            <numerusform>Zeile %1: Die komprimierten Daten enden vorzeitig, innerhalb %2; %n vollständige Epochen behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: the compressed data ends early; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>Zeile %1: Die komprimierten Daten enden vorzeitig; %n vollständige Epoche behalten</numerusform>
+            <numerusform>Zeile %1: Die komprimierten Daten enden vorzeitig; %n vollständige Epochen behalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>MP%1 = %2/%3 with %4</source>
+        <translation>MP%1 = %2/%3 mit %4</translation>
+    </message>
+    <message>
+        <source>The file could not be read: %1</source>
+        <translation>Die Datei konnte nicht gelesen werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>RinexReader</name>
+    <message>
+        <source>a line</source>
+        <translation>einer Zeile</translation>
+    </message>
+    <message>
+        <source>an event record</source>
+        <translation>eines Ereignisdatensatzes</translation>
+    </message>
+    <message>
+        <source>a cycle-slip record</source>
+        <translation>eines Cycle-Slip-Datensatzes</translation>
+    </message>
+    <message>
+        <source>an epoch's satellite records</source>
+        <translation>der Satellitendatensätze einer Epoche</translation>
+    </message>
+    <message>
+        <source>an epoch's satellite list</source>
+        <translation>der Satellitenliste einer Epoche</translation>
+    </message>
+    <message>
+        <source>an epoch's observation records</source>
+        <translation>der Beobachtungsdatensätze einer Epoche</translation>
+    </message>
+    <message>
+        <source>an epoch (no receiver clock line)</source>
+        <translation>einer Epoche (ohne Empfängeruhrzeile)</translation>
+    </message>
 </context>
 </TS>

@@ -75,5 +75,40 @@
             <numerusform>%1 of %n satellites enabled</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n satellite(s) with code and phase on two bands, but every arc is shorter than %1 epochs: no multipath to show.</source>
+        <translation>
+            <numerusform>%n satellite with code and phase on two bands, but every arc is shorter than %1 epochs: no multipath to show.</numerusform>
+            <numerusform>%n satellites with code and phase on two bands, but every arc is shorter than %1 epochs: no multipath to show.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n satellite(s) with code and phase on two bands, but never both phases at one epoch: no multipath to show.</source>
+        <translation>
+            <numerusform>%n satellite with code and phase on two bands, but never both phases at one epoch: no multipath to show.</numerusform>
+            <numerusform>%n satellites with code and phase on two bands, but never both phases at one epoch: no multipath to show.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: file ends inside %2; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>line %1: file ends inside %2; %n complete epoch kept</numerusform>
+            <numerusform>line %1: file ends inside %2; %n complete epochs kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: the compressed data ends early, inside %2; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>line %1: the compressed data ends early, inside %2; %n complete epoch kept</numerusform>
+            <numerusform>line %1: the compressed data ends early, inside %2; %n complete epochs kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>line %1: the compressed data ends early; %n complete epoch(s) kept</source>
+        <translation>
+            <numerusform>line %1: the compressed data ends early; %n complete epoch kept</numerusform>
+            <numerusform>line %1: the compressed data ends early; %n complete epochs kept</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
