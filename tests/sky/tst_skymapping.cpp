@@ -101,8 +101,9 @@ void tst_SkyMapping::polarMapping()
     if (expected.isNull()) {
         QVERIFY(at.isNull());
     } else {
+        const QString got = QStringLiteral("%1, %2").arg(at.x(), 0, 'f', 8).arg(at.y(), 0, 'f', 8);
         QVERIFY2(std::abs(at.x() - expected.x()) < 1e-4 && std::abs(at.y() - expected.y()) < 1e-4,
-                 qPrintable(QStringLiteral("%1, %2").arg(at.x(), 0, 'f', 8).arg(at.y(), 0, 'f', 8)));
+                 qPrintable(got));
     }
 
     // A track of one sample there sets exactly the pixel of that point, at

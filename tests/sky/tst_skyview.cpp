@@ -329,7 +329,8 @@ void tst_SkyView::colourBar()
     view.getColorRange(vMin, vMax);
     double lowest = 1e9;
     double highest = -1e9;
-    for (const st::Track& t : {st::arc(3600, 200, 340, 5, 70, 1), st::arc(3600, 20, 160, 5, 50, 2)}) {
+    for (const st::Track& t :
+         {st::arc(3600, 200, 340, 5, 70, 1), st::arc(3600, 20, 160, 5, 50, 2)}) {
         lowest = std::min(lowest, *std::min_element(t.values.begin(), t.values.end()));
         highest = std::max(highest, *std::max_element(t.values.begin(), t.values.end()));
     }
