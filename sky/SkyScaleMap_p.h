@@ -123,6 +123,12 @@ struct SkyProjection
     {
         double east = 0.0;
         double north = 0.0;
+        toScene(azimuth, elevation, x, y, east, north);
+    }
+    // The same, handing out the azimuth's direction too.
+    void toScene(double azimuth, double elevation, double& x, double& y, double& east,
+                 double& north) const
+    {
         SkyAzimuthMap::directionOf(azimuth, east, north);
         const double r = radius.radiusOf(elevation);
         x = cx + r * east;

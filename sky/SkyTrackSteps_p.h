@@ -21,14 +21,22 @@ struct SkyDeviceMap
     double dx = 0.0;
     double dy = 0.0;
 
-    // The device coordinates of a drawable direction, before flooring.
-    void deviceOf(double azimuth, double elevation, double& x, double& y) const
+    // The device coordinates of a drawable direction, before flooring, and
+    // the azimuth's direction (its sine and cosine).
+    void deviceOf(double azimuth, double elevation, double& x, double& y, double& east,
+                  double& north) const
     {
         double sx = 0.0;
         double sy = 0.0;
-        projection.toScene(azimuth, elevation, sx, sy);
+        projection.toScene(azimuth, elevation, sx, sy, east, north);
         x = skyDeviceCoordinate(m11, dx, sx);
         y = skyDeviceCoordinate(m22, dy, sy);
+    }
+    void deviceOf(double azimuth, double elevation, double& x, double& y) const
+    {
+        double east = 0.0;
+        double north = 0.0;
+        deviceOf(azimuth, elevation, x, y, east, north);
     }
     void pixelOf(double azimuth, double elevation, qint32& c, qint32& r) const
     {
@@ -133,6 +141,9 @@ public:
     size_t memory() const { return m_steps.capacity() * sizeof(SkyStep); }
 
 private:
+    template <bool bWindowed, bool bValues>
+    void buildAs(const SkyTrackSource& source, const Key& key);
+
     Key m_key;
     bool m_built = false;
     std::vector<SkyStep> m_steps;
