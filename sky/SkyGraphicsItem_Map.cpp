@@ -130,15 +130,17 @@ void SkyGraphicsItem_Map::paint(QPainter* painter, const QStyleOptionGraphicsIte
     const SkyMapGrid grid(m_settings->cellDegrees);
     const SkyColorScale scale = m_settings->scaleFor(*m_tracks);
     painter->save();
-    // Cells meet edge to edge; without antialiasing no seam shows between
-    // them.
+    // Cells meet edge to edge. Their arcs are approximated one by one, so a
+    // one-pixel outline in the cell's colour closes the odd pixel between
+    // two of them; without antialiasing no seam of blended edges shows.
     painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->setPen(Qt::NoPen);
     for (int cell = 0; cell < int(all.size()); ++cell) {
         const double value = all[size_t(cell)].statistic(m_settings->mapStatistic);
         if (std::isnan(value))
             continue;
-        painter->setBrush(QColor::fromRgba(scale.colourOf(scale.levelOf(value))));
+        const QColor colour = QColor::fromRgba(scale.colourOf(scale.levelOf(value)));
+        painter->setPen(QPen(colour, 0.0));
+        painter->setBrush(colour);
         painter->drawPath(cellPath(grid, cell));
     }
     painter->restore();

@@ -255,7 +255,7 @@ size_t SkyGraphicsItem_Tracks::memory() const
 void SkyGraphicsItem_Tracks::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
 {
     const QPaintEngine* engine = painter->paintEngine();
-    if (!engine || !m_layout.isDrawable())
+    if (!engine || !m_layout.isDrawable() || !m_settings->bTracksShown)
         return;
     const bool bRaster = engine->type() == QPaintEngine::Raster;
     Target target;
@@ -363,7 +363,7 @@ bool SkyGraphicsItem_Tracks::nearestSample(const QPointF& scenePos, double radiu
                                            const Target& target, Found* found)
 {
     if (!found || !(radius >= 0.0) || !std::isfinite(scenePos.x())
-        || !std::isfinite(scenePos.y()) || !m_layout.isDrawable()) {
+        || !std::isfinite(scenePos.y()) || !m_layout.isDrawable() || !m_settings->bTracksShown) {
         return false;
     }
     prepareSteps(target);

@@ -82,7 +82,8 @@ public:
     };
     // Finds the drawn sample nearest to \a scenePos within \a radius scene
     // pixels, among the visible tracks' samples in the time window, using
-    // the steps for \a target. False, leaving \a found alone, when none is.
+    // the steps for \a target. False, leaving \a found alone, when none is
+    // or the tracks are not shown.
     bool nearestSample(const QPointF& scenePos, double radius, const Target& target,
                        Found* found);
 

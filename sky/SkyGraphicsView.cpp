@@ -154,6 +154,21 @@ void SkyGraphicsView::tracksChanged()
 
 // --- Values -----------------------------------------------------------------
 
+void SkyGraphicsView::setTracksShown(bool bShown)
+{
+    if (bShown == m_data->settings.bTracksShown)
+        return;
+    m_data->settings.bTracksShown = bShown;
+    if (!bShown)
+        clearHover();
+    viewport()->update();
+}
+
+bool SkyGraphicsView::areTracksShown() const
+{
+    return m_data->settings.bTracksShown;
+}
+
 void SkyGraphicsView::setValueAxis(int valueIndex)
 {
     const int index = std::max(-1, valueIndex);
@@ -220,7 +235,7 @@ void SkyGraphicsView::resetColorRange()
     viewport()->update();
 }
 
-void SkyGraphicsView::getColorRange(double& vMin, double& vMax)
+void SkyGraphicsView::getColorRange(double& vMin, double& vMax) const
 {
     const SkyColorScale scale = m_data->settings.scaleFor(*m_data->tracks);
     vMin = scale.getMin();
@@ -305,7 +320,7 @@ double SkyGraphicsView::getElevationMask() const
 
 // --- Time -------------------------------------------------------------------
 
-void SkyGraphicsView::getTimeWindow(double& tMin, double& tMax)
+void SkyGraphicsView::getTimeWindow(double& tMin, double& tMax) const
 {
     if (m_data->settings.bWindowActive) {
         tMin = m_data->settings.window.getMin();

@@ -147,6 +147,14 @@ public:
         style is not) and leave with removeCurve(). */
     CurveScene* getTrackScene();
 
+    /*! Draws the tracks (true, the default) or leaves them out (false), for
+        a picture of the sky map alone; hidden tracks are not found by the
+        hover read-out. Tracks hidden in the registry stay hidden, and are
+        left out of the sky map, either way. */
+    void setTracksShown(bool bShown);
+    /*! Whether the tracks are drawn. */
+    bool areTracksShown() const;
+
     /*! Colours by value axis \a valueIndex (0 for key 3): the tracks, while
         setTracksColoredByValue() is on, and the sky map. -1, the default,
         chooses none; any value below -1 counts as -1. */
@@ -172,7 +180,7 @@ public:
         of the value axis over all tracks (the default). */
     void resetColorRange();
     /*! The range in force, set or automatic (0 .. 1 without values). */
-    void getColorRange(double& vMin, double& vMax);
+    void getColorRange(double& vMin, double& vMax) const;
     /*! The colours of the scale: a gradient over 0 (vMin) .. 1 (vMax).
         Refused (\c false, unchanged) unless there are two stops or more,
         positions in 0 .. 1 and ascending, and valid colours. */
@@ -205,7 +213,7 @@ public:
     /*! Gives the time window shown, milliseconds since 1970: the window set
         last, or the time range of all tracks when none is set (0 and 0
         without data). */
-    void getTimeWindow(double& tMin, double& tMax);
+    void getTimeWindow(double& tMin, double& tMax) const;
     /*! Whether the time cursor is set. */
     bool hasTimeCursor() const;
     /*! The time cursor, milliseconds since 1970; 0 when none is set. */

@@ -19,6 +19,7 @@ struct SkySettings
     // The value axis (0 is key 3) that colours the tracks and fills the
     // sky map; -1 for none.
     int valueIndex = -1;
+    bool bTracksShown = true;
     bool bTracksByValue = false;
     QString unit;
     // The colour scale; its range is the host's while bAutoRange is false,

@@ -287,13 +287,22 @@ void tst_SkyView::hoverSignals()
     QCOMPARE(none.count(), 1);
     moveMouse(view, on);
     QCOMPARE(hover.count(), 2);
+    // Tracks left out are not found; the report ends once.
+    view.setTracksShown(false);
+    view.setTracksShown(false);
+    QCOMPARE(none.count(), 2);
+    moveMouse(view, on);
+    QCOMPARE(hover.count(), 2);
+    view.setTracksShown(true);
+    moveMouse(view, on);
+    QCOMPARE(hover.count(), 3);
     // Switching off while a sample is reported ends the report once.
     view.setHoverReadOutEnabled(false);
     view.setHoverReadOutEnabled(false);
-    QCOMPARE(none.count(), 2);
+    QCOMPARE(none.count(), 3);
     moveMouse(view, away);
-    QCOMPARE(none.count(), 2);
-    QCOMPARE(hover.count(), 2);
+    QCOMPARE(none.count(), 3);
+    QCOMPARE(hover.count(), 3);
 }
 
 void tst_SkyView::colourBar()
