@@ -8,7 +8,7 @@
 // - the same tracks drawn by a general plotting library (QCustomPlot, one
 //   QCPCurve per satellite over the mapped points) when it is available.
 // bench_sky --memory <800|1600> measures memory in a process of its own;
-// bench_sky --picture <png> draws the README's picture.
+// bench_sky --pictures <folder> draws the README's pictures.
 #include "AxisData.h"
 #include "CurveScene.h"
 #include "Curve_DataSet_XY.h"
@@ -433,25 +433,34 @@ int measureMemory(int devicePixels)
     return 0;
 }
 
-// The README's picture: the day's tracks, coloured by signal strength on
-// the right, with the cursor at 06:00.
-int drawPicture(const QString& path)
+// The README's pictures: the day's GPS tracks in their colours with the
+// cursor at 06:00 beside the first twelve hours of every track coloured by
+// signal strength (sky-plot.png), and the day's mean signal strength per
+// 5 degree cell (sky-map.png).
+int drawPictures(const QString& folder)
 {
     const HostDay& day = HostDay::instance();
     SkyGraphicsView view;
-    view.resize(1040, 520);
     day.registerIn(view.getTrackScene());
+    // GPS alone, so that the cursor's names stay readable.
+    CurveScene* registry = view.getTrackScene();
+    for (const Orbit& orbit : day.orbits) {
+        if (!orbit.name.startsWith(QLatin1Char('G')))
+            registry->setCurveShowParam_visible(orbit.name, false);
+    }
     view.setTimeCursor(kDay0 + 6 * 3600e3);
     view.setElevationMask(10.0);
     QPixmap left(520, 520);
     view.drawToPixmap(&left);
+    for (const Orbit& orbit : day.orbits)
+        registry->setCurveShowParam_visible(orbit.name, true);
     view.setValueAxis(0);
     view.setValueUnit(QStringLiteral("dB-Hz"));
     view.setTracksColoredByValue(true);
     view.setColorRange(30.0, 52.0);
     view.clearTimeCursor();
     view.setTimeWindow(kDay0, kDay0 + 12 * 3600e3);
-    QPixmap right(600, 520);
+    QPixmap right(616, 520);
     view.drawToPixmap(&right);
     QImage both(left.width() + right.width(), 520, QImage::Format_RGB32);
     both.fill(Qt::white);
@@ -459,7 +468,18 @@ int drawPicture(const QString& path)
     painter.drawPixmap(0, 0, left);
     painter.drawPixmap(left.width(), 0, right);
     painter.end();
-    return both.save(path) ? 0 : 1;
+
+    view.resetTimeWindow();
+    view.setTracksColoredByValue(false);
+    view.setTracksShown(false);
+    view.setSkyMapShown(true);
+    view.setSkyMapCellSize(5.0);
+    view.setElevationMask(0.0);
+    QPixmap map(616, 520);
+    view.drawToPixmap(&map);
+    const bool bSaved = both.save(folder + QStringLiteral("/sky-plot.png"))
+                        && map.save(folder + QStringLiteral("/sky-map.png"));
+    return bSaved ? 0 : 1;
 }
 
 } // namespace
@@ -472,8 +492,8 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     if (argc == 3 && std::strcmp(argv[1], "--memory") == 0)
         return measureMemory(QByteArray(argv[2]).toInt());
-    if (argc == 3 && std::strcmp(argv[1], "--picture") == 0)
-        return drawPicture(QString::fromLocal8Bit(argv[2]));
+    if (argc == 3 && std::strcmp(argv[1], "--pictures") == 0)
+        return drawPictures(QString::fromLocal8Bit(argv[2]));
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
