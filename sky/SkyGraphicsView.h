@@ -107,8 +107,9 @@ public:
         TrackAxis_Elevation = 2,  //!< Degrees above the horizon.
         TrackAxis_FirstValue = 3, //!< Value axis 0; value axis k is key 3 + k.
     };
-    /*! What a cell of the sky map shows of the values in it. */
-    enum SkyMapStatistic {
+    /*! What a cell of the sky map shows of the values in it. Its type is fixed,
+        so that a value from outside the list is refused, not undefined. */
+    enum SkyMapStatistic : int {
         SkyMapStatistic_Mean = 0,    //!< Their mean.
         SkyMapStatistic_Rms = 1,     //!< Their root mean square.
         SkyMapStatistic_Maximum = 2, //!< The largest of them.
