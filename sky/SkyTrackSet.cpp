@@ -207,6 +207,14 @@ void SkyTrackSet::addTrack(const QString& name)
     // (onScene_curveRemoved) or the data set is destroyed.
     connect(dataSet, &Curve_DataSet::sgAxisAreaChanged, this, bump);
     connect(dataSet, &Curve_DataSet::sgAxisDataChanged, this, bump);
+    // A data set the host keeps must be removed before the host deletes it;
+    // should it go first, its samples go with it and must never be read.
+    connect(dataSet, &QObject::destroyed, this, [this, raw]() {
+        raw->source = SkyTrackSource();
+        raw->sourceVersion = ++raw->dataVersion;
+        raw->sourceValueIndex = m_valueIndex;
+        changed();
+    });
 }
 
 void SkyTrackSet::onScene_curveAdded(QString name)

@@ -380,6 +380,16 @@ void tst_SkyView::ownership()
     gt::fillAxis(kept->getAxisData(2), QVector<double>(100, 45.0));
     QVERIFY(!view->viewport()->grab().isNull());
 
+    // A kept data set deleted while still registered (a host's mistake)
+    // takes its samples with it; the plot reads them no more.
+    auto* early = st::makeTrack(st::arc(100, 0, 90, 30, 40, 4));
+    QVERIFY(registry->addCurve("early", early, false, Qt::blue, ECurveShowCap_Line, true));
+    QVERIFY(!view->viewport()->grab().isNull());
+    delete early;
+    QVERIFY(!view->viewport()->grab().isNull());
+    QVERIFY(!view->hoverSampleAt(view->skyToViewport(45.0, 35.0).toPoint(), sample));
+    registry->removeCurve("early");
+
     delete view;
     QVERIFY(!registry);
     QVERIFY(!owned);
