@@ -28,4 +28,7 @@
 #include "stEpochDataSet.h"
 #include "CurveGraphicsTableWidget_Epoch.h"
 
+// Sky plot
+#include "SkyGraphicsView.h"
+
 #endif // GNSSPLOT_H

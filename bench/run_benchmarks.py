@@ -38,7 +38,7 @@ def build(build_dir):
         # the peers are Qt 5 builds
         '-DGNSSPLOT_QT_MAJOR=5',
         '-DGNSSPLOT_BUILD_EXAMPLES=ON'], stdout=subprocess.DEVNULL)
-    sh(['ninja', '-C', build_dir, '-j2', 'bench_curve', 'bench_epoch', 'bench_demo'],
+    sh(['ninja', '-C', build_dir, '-j2', 'bench_curve', 'bench_epoch', 'bench_sky', 'bench_demo'],
        stdout=subprocess.DEVNULL)
 
 
@@ -60,6 +60,12 @@ def memory(exe, lib, n):
     out = sh([exe, '--memory', lib, str(n)], capture_output=True, text=True).stdout.split()
     before, peak, steady = (int(v) * 1024 for v in out[:3])
     return (peak - before) / n, (steady - before) / n
+
+
+def sky_memory(exe, device_pixels):
+    out = sh([exe, '--memory', str(device_pixels)], capture_output=True, text=True).stdout.split()
+    before, peak, steady = (int(v) for v in out[:3])
+    return (peak - before) / 1024.0, (steady - before) / 1024.0
 
 
 def fidelity(exe):
@@ -92,6 +98,44 @@ def ratio(a, b):
     return '-' if a is None or b is None or b == 0 else f'{a / b:.2f}x'
 
 
+def sky_section(g, exe):
+    first = 'BM_Sky_FirstPaint/ratio:{}/byValue:{}/process_time/real_time'
+    step = 'BM_Sky_WindowStep/ratio:{}/byValue:{}'
+    mem1, steady1 = sky_memory(exe, 800)
+    mem2, steady2 = sky_memory(exe, 1600)
+    qcp_first = g('BM_Qcp_SkyFirstPaint')
+    qcp_repaint = g('BM_Qcp_SkyRepaint')
+    return [
+        '## Sky plot: 145 satellites x 86,400 epochs at 1 Hz (bench_sky)', '',
+        'A synthetic day seen from 43.9 N (NaN below the horizon, about half of the samples), '
+        'a signal-strength value axis. 800 x 800 pixels, and 1600 x 1600 device pixels '
+        '(800 x 800 at a device pixel ratio of 2). First paint: registering the tracks and '
+        'the paint after it, wall time on the thread pool.', '',
+        '| | 800 x 800 | target | 1600 x 1600, ratio 2 | target |', '|---|---|---|---|---|',
+        f'| first paint | {fmt(g(first.format(1, 0)))} | < 100 '
+        f'| {fmt(g(first.format(2, 0)))} | < 300 |',
+        f'| first paint, tracks coloured by value | {fmt(g(first.format(1, 1)))} | - | - | - |',
+        f'| re-paint, unchanged | {fmt(g("BM_Sky_Repaint/ratio:1"))} | < 2 '
+        f'| {fmt(g("BM_Sky_Repaint/ratio:2"))} | - |',
+        f'| time-window step (a quarter day moved by a tenth) + paint '
+        f'| {fmt(g(step.format(1, 0)))} | < 30 | {fmt(g(step.format(2, 0)))} | - |',
+        f'| the same, tracks coloured by value | {fmt(g(step.format(1, 1)))} | - | - | - |',
+        f'| hover query | {fmt(g("BM_Sky_Hover/ratio:1"))} | < 2 '
+        f'| {fmt(g("BM_Sky_Hover/ratio:2"))} | - |',
+        f'| memory beyond the host\'s buffers, peak (steady), MB | {mem1:.1f} ({steady1:.1f}) '
+        f'| < 30 | {mem2:.1f} ({steady2:.1f}) | < 100 |', '',
+        '| mapping every track once, one thread | plain read of 24 B/sample | ratio |',
+        '|---|---|---|',
+        f'| {fmt(g("BM_Sky_MapSteps"))} | {fmt(g("BM_Sky_PlainRead"))} '
+        f'| {ratio(g("BM_Sky_MapSteps"), g("BM_Sky_PlainRead"))} |', '',
+        '| the same tracks in QCustomPlot (145 QCPCurves over the mapped points) | QCP '
+        '| ours | ratio |', '|---|---|---|---|',
+        f'| load + first paint | {fmt(qcp_first)} | {fmt(g(first.format(1, 0)))} '
+        f'| {ratio(g(first.format(1, 0)), qcp_first)} |',
+        f'| re-paint | {fmt(qcp_repaint)} | {fmt(g("BM_Sky_Repaint/ratio:1"))} '
+        f'| {ratio(g("BM_Sky_Repaint/ratio:1"), qcp_repaint)} |', '']
+
+
 def main():
     ap = argparse.ArgumentParser()
     ap.add_argument('--build', default=os.path.join(ROOT, 'build-bench'))
@@ -106,6 +150,8 @@ def main():
     epoch = os.path.join(args.build, 'bench', 'bench_epoch')
     m = run_bench(curve, args.reps)
     m.update(run_bench(epoch, args.reps))
+    sky = os.path.join(args.build, 'bench', 'bench_sky')
+    m.update(run_bench(sky, args.reps))
     demo = os.path.join(args.build, 'examples', 'bench_demo')
     m.update(run_bench(demo, args.reps, 'WheelStep/ajac:0|SecondBandBox|ShowOneAndBack'))
     g = lambda name, n=None: m.get(f'{name}/{n}' if n else name)
@@ -187,6 +233,7 @@ def main():
               f'of {touched} touched pixels, {100.0 * differing / touched:.1f}% differ at all '
               f'(blend rounding) and {100.0 * far / touched:.2f}% by more than 8 levels. '
               'Side by side (layer left, Qt right): `docs/images/fidelity.png`.', '',
+              ] + sky_section(g, sky) + [
               '## Epoch table: 150 satellites x 4 bands x 2,000 gaps', '',
               '| | median | target |', '|---|---|---|',
               f'| setResources | {fmt(g("BM_SetResources"))} | < 50 |',

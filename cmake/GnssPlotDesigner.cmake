@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Qt Designer plugin offering the curve view and the epoch table. Built when
+# Qt Designer plugin offering the curve view, the epoch table and the sky
+# plot. Built when
 # Qt's designer development files are present (Debian's qttools5-dev for
 # Qt 5, qt6-tools-dev for Qt 6).
 find_package(${GNSSPLOT_QT} ${GNSSPLOT_QT_MIN_VERSION} QUIET COMPONENTS UiPlugin)

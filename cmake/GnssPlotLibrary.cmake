@@ -2,7 +2,7 @@
 # The library is compiled once into an object library. The shared library
 # exports only what carries GNSSPLOT_EXPORT; the static twin gives the unit
 # tests access to the internal graphics items and labels as well.
-set(GNSSPLOT_SUBSYSTEMS model scene graphics epoch)
+set(GNSSPLOT_SUBSYSTEMS model scene graphics epoch sky)
 
 # The one private header outside the subsystems: the calls that differ
 # between Qt 5 and Qt 6.

@@ -3,6 +3,7 @@
 
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "CurveGraphicsView.h"
+#include "SkyGraphicsView.h"
 
 GnssPlotWidgetPlugin::GnssPlotWidgetPlugin(const QString& className, const QString& header,
                                            const QString& toolTip, Factory factory,
@@ -42,4 +43,8 @@ GnssPlotDesignerPlugins::GnssPlotDesignerPlugins(QObject* parent)
         QStringLiteral("CurveGraphicsTableWidget_Epoch"), QStringLiteral("gnssplot.h"),
         QStringLiteral("Epoch availability per satellite and band, with erase marks"),
         [](QWidget* parent) { return new CurveGraphicsTableWidget_Epoch(parent); }, this));
+    m_widgets.append(new GnssPlotWidgetPlugin(
+        QStringLiteral("SkyGraphicsView"), QStringLiteral("gnssplot.h"),
+        QStringLiteral("Satellite tracks over the sky in azimuth and elevation"),
+        [](QWidget* parent) { return new SkyGraphicsView(parent); }, this));
 }

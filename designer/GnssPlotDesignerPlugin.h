@@ -40,7 +40,8 @@ private:
     bool m_initialized = false;
 };
 
-// The collection Designer loads: the curve view and the epoch table.
+// The collection Designer loads: the curve view, the epoch table and the sky
+// plot.
 class GnssPlotDesignerPlugins : public QObject, public QDesignerCustomWidgetCollectionInterface
 {
     Q_OBJECT

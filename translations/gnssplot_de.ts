@@ -37,4 +37,37 @@ Wert %4 m</translation>
         <translation>Löschrechteck entfernen.</translation>
     </message>
 </context>
+<context>
+    <name>SkyGraphicsView</name>
+    <message>
+        <source>N</source>
+        <translation>N</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>O</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>S</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <translation>W</translation>
+    </message>
+    <message>
+        <source>Satellite %1
+Time %2 GPST
+Azimuth %3
+Elevation %4</source>
+        <translation>Satellit %1
+Zeit %2 GPST
+Azimut %3
+Elevation %4</translation>
+    </message>
+    <message>
+        <source>Value %1 %2</source>
+        <translation>Wert %1 %2</translation>
+    </message>
+</context>
 </TS>

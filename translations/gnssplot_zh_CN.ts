@@ -37,4 +37,37 @@ Value %4 m</source>
         <translation>删除此擦除框。</translation>
     </message>
 </context>
+<context>
+    <name>SkyGraphicsView</name>
+    <message>
+        <source>N</source>
+        <translation>北</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>东</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>南</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <translation>西</translation>
+    </message>
+    <message>
+        <source>Satellite %1
+Time %2 GPST
+Azimuth %3
+Elevation %4</source>
+        <translation>卫星 %1
+时间 %2 GPST
+方位角 %3
+高度角 %4</translation>
+    </message>
+    <message>
+        <source>Value %1 %2</source>
+        <translation>数值 %1 %2</translation>
+    </message>
+</context>
 </TS>

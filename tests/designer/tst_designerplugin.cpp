@@ -7,16 +7,16 @@
 #define GNSSPLOT_DESIGNER_PLUGIN ""
 #endif
 
-// Loads the Designer plugin as Designer does and creates both widgets
+// Loads the Designer plugin as Designer does and creates every widget
 // through it.
 class tst_DesignerPlugin : public QObject
 {
     Q_OBJECT
 private slots:
-    void createsBothWidgets();
+    void createsEveryWidget();
 };
 
-void tst_DesignerPlugin::createsBothWidgets()
+void tst_DesignerPlugin::createsEveryWidget()
 {
     QPluginLoader loader(QStringLiteral(GNSSPLOT_DESIGNER_PLUGIN));
     QObject* instance = loader.instance();
@@ -36,10 +36,16 @@ void tst_DesignerPlugin::createsBothWidgets()
         QCOMPARE(created->parentWidget(), &parent);
         // Designer's property editor lists what the meta-object declares:
         // the opt-in switches show there, off.
-        QStringList switches{QStringLiteral("timeNavigationEnabled")};
+        QStringList switches;
+        if (widget->name() != QStringLiteral("SkyGraphicsView"))
+            switches << QStringLiteral("timeNavigationEnabled");
         if (widget->name() == QStringLiteral("CurveGraphicsView")) {
             switches << QStringLiteral("roundTimeTicks") << QStringLiteral("hoverReadOutEnabled")
                      << QStringLiteral("hoverToolTip");
+        }
+        if (widget->name() == QStringLiteral("SkyGraphicsView")) {
+            switches << QStringLiteral("hoverReadOutEnabled") << QStringLiteral("hoverToolTip")
+                     << QStringLiteral("tracksColoredByValue") << QStringLiteral("skyMapShown");
         }
         for (const QString& name : switches) {
             const QMetaObject* meta = created->metaObject();
@@ -51,7 +57,8 @@ void tst_DesignerPlugin::createsBothWidgets()
         }
     }
     QCOMPARE(names, (QStringList{QStringLiteral("CurveGraphicsView"),
-                                 QStringLiteral("CurveGraphicsTableWidget_Epoch")}));
+                                 QStringLiteral("CurveGraphicsTableWidget_Epoch"),
+                                 QStringLiteral("SkyGraphicsView")}));
 }
 
 QTEST_MAIN(tst_DesignerPlugin)

@@ -4,6 +4,7 @@
 #include "CurveGraphicsItem_Coord_p.h"
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "CurveGraphicsView.h"
+#include "SkyGraphicsItem_Grid_p.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
 
@@ -34,14 +35,19 @@ void tst_Translations::catalogue_data()
     QTest::addColumn<QString>("allocFailed");
     QTest::addColumn<QString>("removeMark");
     QTest::addColumn<QString>("hoverTip");
+    QTest::addColumn<QString>("east");
+    QTest::addColumn<QString>("skyTip");
     QTest::newRow("zh_CN") << "zh_CN" << QString::fromUtf8("卫星") << QString::fromUtf8("米")
                            << QString::fromUtf8("内存分配失败。")
                            << QString::fromUtf8("删除此擦除框。")
-                           << QString::fromUtf8("曲线 %1，F %2\n时间 %3 GPST\n数值 %4 米");
+                           << QString::fromUtf8("曲线 %1，F %2\n时间 %3 GPST\n数值 %4 米")
+                           << QString::fromUtf8("东")
+                           << QString::fromUtf8("卫星 %1\n时间 %2 GPST\n方位角 %3\n高度角 %4");
     QTest::newRow("de") << "de" << "Satellit" << "m"
                         << "Speicher konnte nicht reserviert werden."
                         << QString::fromUtf8("Löschrechteck entfernen.")
-                        << "Kurve %1, F %2\nZeit %3 GPST\nWert %4 m";
+                        << "Kurve %1, F %2\nZeit %3 GPST\nWert %4 m" << "O"
+                        << "Satellit %1\nZeit %2 GPST\nAzimut %3\nElevation %4";
 }
 
 void tst_Translations::catalogue()
@@ -52,6 +58,8 @@ void tst_Translations::catalogue()
     QFETCH(QString, allocFailed);
     QFETCH(QString, removeMark);
     QFETCH(QString, hoverTip);
+    QFETCH(QString, east);
+    QFETCH(QString, skyTip);
 
     QTranslator translator;
     QVERIFY2(translator.load(QLocale(locale), QStringLiteral("gnssplot"), QStringLiteral("_"),
@@ -69,6 +77,13 @@ void tst_Translations::catalogue()
     QCOMPARE(QCoreApplication::translate("CurveGraphicsView",
                                          "Curve %1, F %2\nTime %3 GPST\nValue %4 m"),
              hoverTip);
+
+    // The sky plot's east label, as its grid draws it, and its tool tip.
+    QCOMPARE(SkyGraphicsItem_Grid::azimuthLabel(90), east);
+    QCOMPARE(SkyGraphicsItem_Grid::azimuthLabel(30), QStringLiteral("30") + QChar(0x00B0));
+    QCOMPARE(QCoreApplication::translate("SkyGraphicsView",
+                                         "Satellite %1\nTime %2 GPST\nAzimuth %3\nElevation %4"),
+             skyTip);
 
     AxisData axis;
     axis.beginSetData();
