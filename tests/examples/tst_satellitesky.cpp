@@ -108,7 +108,7 @@ bool ofKind(const Ephemeris& eph, Kind kind)
 
 Q_DECLARE_METATYPE(Kind)
 
-class tst_SkyTracks : public QObject
+class tst_SatelliteSky : public QObject
 {
     Q_OBJECT
 private slots:
@@ -125,7 +125,7 @@ private slots:
     void refusals();
 };
 
-void tst_SkyTracks::changeOver_data()
+void tst_SatelliteSky::changeOver_data()
 {
     QTest::addColumn<QString>("pair");
     QTest::addColumn<QChar>("system");
@@ -144,7 +144,7 @@ void tst_SkyTracks::changeOver_data()
 // Where one ephemeris hands over to the next (the middle of their reference
 // times), both give the satellite's position; a wrong term in the orbit
 // shows as a jump there.
-void tst_SkyTracks::changeOver()
+void tst_SatelliteSky::changeOver()
 {
     QFETCH(QString, pair);
     QFETCH(QChar, system);
@@ -192,7 +192,7 @@ void tst_SkyTracks::changeOver()
     QVERIFY2(worst < bound, qPrintable(QStringLiteral("%1 m at %2").arg(worst).arg(worstAt)));
 }
 
-void tst_SkyTracks::orbitRadius_data()
+void tst_SatelliteSky::orbitRadius_data()
 {
     QTest::addColumn<QString>("pair");
     QTest::addColumn<QChar>("system");
@@ -215,7 +215,7 @@ void tst_SkyTracks::orbitRadius_data()
 }
 
 // The distance from the Earth's centre over each ephemeris's fit interval.
-void tst_SkyTracks::orbitRadius()
+void tst_SatelliteSky::orbitRadius()
 {
     QFETCH(QString, pair);
     QFETCH(QChar, system);
@@ -253,7 +253,7 @@ void tst_SkyTracks::orbitRadius()
 // The nodes the positions are interpolated from against a fresh
 // integration in small steps, and the integration against itself with
 // half the step.
-void tst_SkyTracks::glonassIntegration()
+void tst_SatelliteSky::glonassIntegration()
 {
     const Pair* p = pairOf(QStringLiteral("ESBC"), false);
     if (!p->error.isEmpty())
@@ -285,7 +285,7 @@ void tst_SkyTracks::glonassIntegration()
 // figure-eight its remaining inclination (1.5 deg for C05) draws; left in
 // the frame that does not turn with the Earth it would wander by tens of
 // degrees. (A missing tilt of that frame shows as jumps at the change-overs.)
-void tst_SkyTracks::geostationaryStill()
+void tst_SatelliteSky::geostationaryStill()
 {
     const Pair* p = pairOf(QStringLiteral("ESBC"));
     if (!p->observations)
@@ -327,7 +327,7 @@ void tst_SkyTracks::geostationaryStill()
     QVERIFY(geos >= 1);
 }
 
-void tst_SkyTracks::horizon_data()
+void tst_SatelliteSky::horizon_data()
 {
     QTest::addColumn<QString>("pair");
     QTest::addColumn<QString>("marker");
@@ -341,7 +341,7 @@ void tst_SkyTracks::horizon_data()
 // At every epoch: what the receiver recorded is above the horizon (-1 deg
 // leaves room for the approximate position and refraction), and most of
 // what stands above 15 deg was recorded.
-void tst_SkyTracks::horizon()
+void tst_SatelliteSky::horizon()
 {
     QFETCH(QString, pair);
     QFETCH(QString, marker);
@@ -404,7 +404,7 @@ void tst_SkyTracks::horizon()
              qPrintable(QStringLiteral("%1 of %2").arg(highObserved).arg(high)));
 }
 
-void tst_SkyTracks::sameWithAnyThreadCount()
+void tst_SatelliteSky::sameWithAnyThreadCount()
 {
     const Pair* p = pairOf(QStringLiteral("ESBC"));
     if (!p->observations)
@@ -434,7 +434,7 @@ void tst_SkyTracks::sameWithAnyThreadCount()
 
 // GRAS's Galileo navigation for AJAC's day: Galileo satellites get
 // positions, every other observed satellite is listed without ephemeris.
-void tst_SkyTracks::onlyGalileoFromGras()
+void tst_SatelliteSky::onlyGalileoFromGras()
 {
     const Pair* p = pairOf(QStringLiteral("AJAC"));
     if (!p->observations)
@@ -455,7 +455,7 @@ void tst_SkyTracks::onlyGalileoFromGras()
         QVERIFY(name.at(0) != QLatin1Char('E'));
 }
 
-void tst_SkyTracks::refusals()
+void tst_SatelliteSky::refusals()
 {
     const Pair* p = pairOf(QStringLiteral("NYA1"), false);
     if (!p->error.isEmpty())
@@ -481,5 +481,5 @@ void tst_SkyTracks::refusals()
     QVERIFY(p->navigation.select(QStringLiteral("G18"), eph.referenceMs));
 }
 
-QTEST_MAIN(tst_SkyTracks)
-#include "tst_skytracks.moc"
+QTEST_MAIN(tst_SatelliteSky)
+#include "tst_satellitesky.moc"
