@@ -9,14 +9,13 @@
 #include "SkyGraphicsItem_Tracks_p.h"
 #include "SkySettings_p.h"
 #include "SkyTrackSet_p.h"
+#include "TimeLabeller_p.h"
 
-#include <QDateTime>
 #include <QGraphicsScene>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QResizeEvent>
-#include <QTimeZone>
 #include <QToolTip>
 
 #include <cmath>
@@ -59,14 +58,6 @@ struct SkyItems
 
 // The time of the hover read-out, as the curve plot's tool tip writes it.
 // Kept in this one place so that it can follow the plot's time labels.
-QString hoverTimeText(double timeMs)
-{
-    if (!(std::abs(timeMs) <= 8.64e15))
-        return QString();
-    return QDateTime::fromMSecsSinceEpoch(qint64(timeMs), QTimeZone::utc())
-        .toString(QStringLiteral("yyyy/MM/dd HH:mm:ss.zzz"));
-}
-
 QString degreesText(double degrees)
 {
     return QString::number(degrees, 'f', 1) + QChar(0x00B0);
@@ -522,7 +513,7 @@ void SkyGraphicsView::updateHover(const QPoint& viewportPos)
     m_data->hover.bReported = true;
     if (m_data->hover.bToolTip) {
         QString text = tr("Satellite %1\nTime %2 GPST\nAzimuth %3\nElevation %4")
-                           .arg(sample.trackName, hoverTimeText(sample.timeMs),
+                           .arg(sample.trackName, TimeLabeller::toolTipTime(sample.timeMs),
                                 degreesText(sample.azimuth), degreesText(sample.elevation));
         if (std::isfinite(sample.value)) {
             text += QLatin1Char('\n')
