@@ -40,65 +40,6 @@ quint32 mul255(quint32 x, quint32 a)
 
 } // namespace
 
-namespace {
-
-// The arithmetic shared by rows and columns: truncate the item coordinate
-// toward zero within +-kItemLimit, scale, offset, floor, saturate. Written
-// without calls or branches so that it can run several samples at a time.
-inline double clampTo(double v, double limit)
-{
-    const double low = v < -limit ? -limit : v;
-    return low > limit ? limit : low;
-}
-
-inline qint32 devicePixel(double itemCoord, double scale, double offset)
-{
-    const double item = clampTo(itemCoord, double(kItemLimit));
-    const double v = clampTo(scale * double(qint32(item)) + offset, double(kCoordLimit));
-    const qint32 t = qint32(v);
-    return t - qint32(v < double(t));
-}
-
-} // namespace
-
-namespace {
-
-template <bool bYDown>
-void mapRowsAs(const CoordMapping& mapping, double m22, double dy, const double* ys,
-               const qint32* columns, qint64 n, qint32* rows)
-{
-    for (qint64 i = 0; i < n; ++i) {
-        const double py = mapping.mapYAs<bYDown>(ys[i]);
-        // A NaN is replaced before any conversion sees it. Plain bitwise
-        // logic keeps the loop free of branches.
-        const bool none = (py != py) | (columns[i] == kNoPixel);
-        const qint32 row = devicePixel(none ? 0.0 : py, m22, dy);
-        rows[i] = none ? kNoPixel : row;
-    }
-}
-
-} // namespace
-
-void mapRows(const CoordMapping& mapping, double m22, double dy, const double* ys,
-             const qint32* columns, qint64 n, qint32* rows)
-{
-    if (mapping.yDown)
-        mapRowsAs<true>(mapping, m22, dy, ys, columns, n, rows);
-    else
-        mapRowsAs<false>(mapping, m22, dy, ys, columns, n, rows);
-}
-
-void mapColumns(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 n,
-                qint32* columns)
-{
-    for (qint64 i = 0; i < n; ++i) {
-        const double px = mapping.mapX(xs[i]);
-        const bool none = px != px;
-        const qint32 column = devicePixel(none ? 0.0 : px, m11, dx);
-        columns[i] = none ? kNoPixel : column;
-    }
-}
-
 void ColumnSteps::build(const CoordMapping& mapping, double m11, double dx, const double* xs,
                         qint64 first, qint64 last)
 {
@@ -168,6 +109,23 @@ void ColumnSteps::fill(qint64 j, qint64 n, qint32* columns) const
 qint32 ColumnSteps::at(qint64 j) const
 {
     return m_columns[stepOf(j)];
+}
+
+void ColumnSteps::around(int lo, int hi, qint64& first, qint64& last) const
+{
+    // The columns of the steps run one way, so the samples in lo .. hi are
+    // one stretch; with the neighbour on each side, every segment that
+    // reaches those columns is in it, even when no sample is.
+    const bool ascending = m_columns.back() >= m_columns.front();
+    const auto before = [&](qint32 c) { return ascending ? c < lo : c > hi; };
+    const auto within = [&](qint32 c) { return ascending ? c <= hi : c >= lo; };
+    const auto a = std::partition_point(m_columns.begin(), m_columns.end(), before);
+    const auto b = std::partition_point(a, m_columns.end(), within);
+    const auto startOf = [&](std::vector<qint32>::const_iterator it) {
+        return it == m_columns.end() ? m_end : m_starts[size_t(it - m_columns.begin())];
+    };
+    first = std::max(m_starts.front(), startOf(a) - 1);
+    last = std::min(m_end - 1, startOf(b));
 }
 
 void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor)

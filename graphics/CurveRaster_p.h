@@ -59,6 +59,16 @@ struct Cursor
     int r = 0;
 };
 
+// How mapRows() and mapColumns() run: one sample at a time, two (SSE2, the
+// x86-64 baseline) or four (AVX2, where the processor has it). Every path
+// gives the same pixels to the bit; the best one available is used unless
+// setMapPath() chose another.
+enum class MapPath { Scalar, Sse2, Avx2 };
+bool isMapPathAvailable(MapPath path);
+// False, changing nothing, when \a path is not available here.
+bool setMapPath(MapPath path);
+MapPath mapPath();
+
 // The device row of every sample in \a n: the item pixel of
 // CoordMapping::mapY truncated toward zero (saturated at +-kItemLimit), then
 // scaled by \a m22, offset by \a dy and floored. kNoPixel where the value or
@@ -84,6 +94,12 @@ public:
     void fill(qint64 j, qint64 n, qint32* columns) const;
     // The column of sample j, within the built range.
     qint32 at(qint64 j) const;
+    // The samples whose columns lie in lo .. hi and the nearest one outside
+    // on each side, within the built range; needs at least one step.
+    void around(int lo, int hi, qint64& first, qint64& last) const;
+    // The first sample of the built range, and one past its last.
+    qint64 begin() const { return m_starts.empty() ? m_end : m_starts.front(); }
+    qint64 end() const { return m_end; }
     // How many steps the columns took.
     size_t size() const { return m_starts.size(); }
     // Whether every sample has a column (none is kNoPixel).
@@ -121,6 +137,12 @@ public:
     // on from \a cursor; pixels marked kNoPixel are left out and their
     // neighbours joined.
     void polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor);
+
+    // Calls \a sink(column, row, count) for every pixel counted, column by
+    // column, rows ascending, in target-relative pixels, and leaves the
+    // counter zeroed for the next use.
+    template <class Sink>
+    void resolve(Sink&& sink);
 
 private:
     template <class Sink>
@@ -187,6 +209,29 @@ void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink)
             counters[t].m_lo[size_t(col)] = height;
             counters[t].m_hi[size_t(col)] = -1;
         }
+    }
+}
+
+template <class Sink>
+void Counter::resolve(Sink&& sink)
+{
+    const size_t stride = size_t(m_height + 1);
+    for (int col = 0; col < m_width; ++col) {
+        const int lo = m_lo[size_t(col)];
+        const int hi = m_hi[size_t(col)];
+        if (lo > hi)
+            continue;
+        qint32* d = m_diff.data() + size_t(col) * stride;
+        qint32 acc = 0;
+        for (int row = lo; row <= hi; ++row) {
+            acc += d[row];
+            d[row] = 0;
+            if (acc > 0)
+                sink(col, row, quint32(acc));
+        }
+        d[hi + 1] = 0;
+        m_lo[size_t(col)] = m_height;
+        m_hi[size_t(col)] = -1;
     }
 }
 

@@ -1,0 +1,452 @@
+// SPDX-License-Identifier: MIT
+#include "CurvePicture_p.h"
+
+#include "CurvePen_p.h"
+#include "CurveVectorPainter_p.h"
+
+#include <QPainter>
+#include <QThreadPool>
+#include <QVector>
+#include <QtConcurrent>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+
+namespace {
+
+bool near(double a, double b)
+{
+    return std::abs(a - b) <= 1e-9 * (1.0 + std::abs(a) + std::abs(b));
+}
+
+// The first index in [lo, hi) for which \a test fails, \a test being true
+// for a prefix of the range.
+template <class Test>
+qint64 partitionPoint(qint64 lo, qint64 hi, Test test)
+{
+    while (lo < hi) {
+        const qint64 mid = lo + (hi - lo) / 2;
+        if (test(mid))
+            lo = mid + 1;
+        else
+            hi = mid;
+    }
+    return lo;
+}
+
+// Pixel columns per block: a block's counters (four bytes per pixel of
+// its columns) stay in the first levels of cache however tall the picture.
+constexpr int kBlockColumns = 16;
+// Below this many samples a picture is counted on the calling thread:
+// starting the pool's threads would cost more.
+constexpr qint64 kParallelSamples = 250000;
+// Samples mapped at a time, on the stack.
+constexpr qint64 kChunk = 512;
+
+// Runs \a work(first, last) over the blocks first .. last - 1 of \a blocks,
+// on the pool's threads in contiguous stripes (each thread owns whole
+// columns) or here when the work is small.
+template <class Work>
+void forBlocks(int blocks, qint64 samples, Work work)
+{
+    const int threads = std::max(1, QThreadPool::globalInstance()->maxThreadCount());
+    if (threads == 1 || samples < kParallelSamples || blocks < 2) {
+        work(0, blocks);
+        return;
+    }
+    // A few stripes per thread even out columns of uneven density.
+    const int stripes = std::min(blocks, threads * 4);
+    QVector<int> order(stripes);
+    std::iota(order.begin(), order.end(), 0);
+    QtConcurrent::blockingMap(order, [&](int s) {
+        work(int(qint64(blocks) * s / stripes), int(qint64(blocks) * (s + 1) / stripes));
+    });
+}
+
+// Walks the samples from .. to of \a run (clipped to it) into \a counter:
+// the segment that enters from before \a from and the one that leaves
+// after \a to, across samples without a pixel, are counted too.
+void walkRun(const CurvePass& pass, const CurveRun& run, qint64 from, qint64 to,
+             const PictureTarget& target, CurveRaster::Counter& counter)
+{
+    from = std::max(from, run.begin);
+    to = std::min(to, run.end);
+    if (from > to)
+        return;
+    const double* ys = pass.snapshot->ys(pass.yIndex);
+    const CurveColumns& columns = *pass.columns;
+    const auto pixelOf = [&](qint64 j, qint32& column, qint32& row) {
+        column = columns.at(j);
+        CurveRaster::mapRows(pass.mapping, target.m22, target.dy, ys + j, &column, 1, &row);
+        return row != CurveRaster::kNoPixel;
+    };
+    CurveRaster::Cursor cursor;
+    qint32 column = 0;
+    qint32 row = 0;
+    for (qint64 j = from - 1; j >= run.begin; --j) {
+        if (pixelOf(j, column, row)) {
+            cursor = CurveRaster::Cursor{false, column, row};
+            break;
+        }
+    }
+    qint32 columnBlock[kChunk];
+    qint32 rowBlock[kChunk];
+    bool bLastPlaced = true;
+    for (qint64 j = from; j <= to; j += kChunk) {
+        const qint64 n = std::min(kChunk, to - j + 1);
+        columns.fill(j, n, columnBlock);
+        CurveRaster::mapRows(pass.mapping, target.m22, target.dy, ys + j, columnBlock, n,
+                             rowBlock);
+        counter.polyline(columnBlock, rowBlock, n, cursor);
+        bLastPlaced = rowBlock[n - 1] != CurveRaster::kNoPixel;
+    }
+    for (qint64 j = to + 1; !bLastPlaced && j <= run.end; ++j) {
+        if (pixelOf(j, column, row)) {
+            counter.polyline(&column, &row, 1, cursor);
+            bLastPlaced = true;
+        }
+    }
+}
+
+bool hasThinRuns(const CurvePass& pass)
+{
+    for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+        if (CurvePen::isThin(run.points))
+            return true;
+    }
+    return false;
+}
+
+bool hasShortRuns(const CurvePass& pass)
+{
+    for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+        if (run.points >= 1 && !CurvePen::isThin(run.points))
+            return true;
+    }
+    return false;
+}
+
+qint64 visibleSamples(const std::vector<CurvePass>& passes, const std::vector<int>& batch)
+{
+    qint64 samples = 0;
+    for (const int i : batch)
+        samples += passes[size_t(i)].columns->last - passes[size_t(i)].columns->first + 1;
+    return samples;
+}
+
+// Counts the thin runs of \a pass that can reach columns c0 .. c1.
+void countBlock(const CurvePass& pass, int c0, int c1, const PictureTarget& target,
+                CurveRaster::Counter& counter)
+{
+    qint64 first = 0;
+    qint64 last = 0;
+    pass.columns->steps.around(c0, c1, first, last);
+    for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+        if (run.end < first)
+            continue;
+        if (run.begin > last)
+            break;
+        if (CurvePen::isThin(run.points))
+            walkRun(pass, run, first, last, target, counter);
+    }
+}
+
+} // namespace
+
+bool PictureTarget::matches(const PictureTarget& other) const
+{
+    return bounds == other.bounds && near(m11, other.m11) && near(m22, other.m22)
+           && near(dx, other.dx) && near(dy, other.dy);
+}
+
+bool CurveColumns::Key::operator==(const Key& o) const
+{
+    return xMin == o.xMin && xMax == o.xMax && m11 == o.m11 && dx == o.dx && left == o.left
+           && width == o.width && columnLeft == o.columnLeft && columnRight == o.columnRight
+           && count == o.count && dataVersion == o.dataVersion;
+}
+
+void CurveColumns::update(const CurveSnapshot& snapshot, const CoordMapping& mapping,
+                          const PictureTarget& target)
+{
+    const qint64 count = snapshot.maxCount();
+    const Key key{snapshot.xMin, snapshot.xMax, target.m11, target.dx, mapping.left,
+                  mapping.width, target.bounds.left(), target.bounds.right(), count,
+                  snapshot.dataVersion()};
+    if (key == m_key)
+        return;
+    m_key = key;
+    m_mapping = mapping;
+    m_m11 = target.m11;
+    m_dx = target.dx;
+    const double* xs = snapshot.xs();
+    m_xs = xs;
+    first = 0;
+    last = count - 1;
+    bSteps = count > 0 && std::isfinite(mapping.rx) && mapping.rx > 0.0 && snapshot.xSorted();
+    if (!bSteps) {
+        perSample.resize(size_t(std::max<qint64>(0, count)));
+        CurveRaster::mapColumns(mapping, target.m11, target.dx, xs, count, perSample.data());
+        return;
+    }
+    std::vector<qint32>().swap(perSample);
+    // With X in order only the samples whose columns fall in the target,
+    // and one neighbour on each side for the segments that enter and leave
+    // it, can set a pixel: a zoomed window maps and counts only those.
+    const int left = target.bounds.left();
+    const int right = target.bounds.right();
+    const bool ascending = target.m11 > 0.0;
+    const qint64 inside = partitionPoint(0, count, [&](qint64 j) {
+        return ascending ? mapOne(j) < left : mapOne(j) > right;
+    });
+    const qint64 beyond = partitionPoint(inside, count, [&](qint64 j) {
+        return ascending ? mapOne(j) <= right : mapOne(j) >= left;
+    });
+    first = std::max<qint64>(0, inside - 1);
+    last = std::min(count - 1, beyond);
+    steps = CurveRaster::ColumnSteps();
+    steps.build(mapping, target.m11, target.dx, xs, first, last);
+}
+
+qint32 CurveColumns::at(qint64 j) const
+{
+    if (!bSteps)
+        return perSample[size_t(j)];
+    if (j >= steps.begin() && j < steps.end())
+        return steps.at(j);
+    return mapOne(j);
+}
+
+qint32 CurveColumns::mapOne(qint64 j) const
+{
+    qint32 c = 0;
+    CurveRaster::mapColumns(m_mapping, m_m11, m_dx, m_xs + j, 1, &c);
+    return c;
+}
+
+void CurveColumns::fill(qint64 j, qint64 n, qint32* columns) const
+{
+    if (!bSteps) {
+        std::copy(perSample.begin() + j, perSample.begin() + j + n, columns);
+    } else if (j >= steps.begin() && j + n <= steps.end()) {
+        steps.fill(j, n, columns);
+    } else {
+        for (qint64 i = 0; i < n; ++i)
+            columns[i] = at(j + i);
+    }
+}
+
+void CurvePicture::release()
+{
+    m_image = QImage();
+    m_target = PictureTarget();
+}
+
+void CurvePicture::build(const PictureTarget& target, const std::vector<CurvePass>& passes,
+                         Mix mix)
+{
+    m_target = target;
+    ++m_builds;
+    const QRect bounds = target.bounds;
+    if (bounds.isEmpty()) {
+        m_image = QImage();
+        return;
+    }
+    if (m_image.size() != bounds.size())
+        m_image = QImage(bounds.size(), QImage::Format_ARGB32_Premultiplied);
+    // Transparent is all zero bytes; memset clears faster than a fill by
+    // pixel value.
+    std::memset(m_image.bits(), 0, size_t(m_image.sizeInBytes()));
+
+    std::vector<int> batch;
+    const auto flush = [&]() {
+        if (!batch.empty())
+            countInOrder(passes, batch);
+        batch.clear();
+    };
+    if (mix == Mix::ByCount) {
+        for (size_t i = 0; i < passes.size(); ++i) {
+            const CurvePass& pass = passes[i];
+            if (pass.cap != ECurveShowCap_Point && pass.columns->bSteps && hasThinRuns(pass))
+                batch.push_back(int(i));
+        }
+        if (!batch.empty())
+            countByCount(passes, batch);
+        batch.clear();
+    }
+    for (size_t i = 0; i < passes.size(); ++i) {
+        const CurvePass& pass = passes[i];
+        if (pass.cap == ECurveShowCap_Point) {
+            flush();
+            paintRuns(pass, true);
+            continue;
+        }
+        // Thin runs first, counted; then the short runs and single points
+        // of the same Y index on top of them.
+        if (hasThinRuns(pass)) {
+            if (!pass.columns->bSteps) {
+                flush();
+                countAlone(pass);
+            } else if (mix == Mix::InOrder) {
+                batch.push_back(int(i));
+            }
+        }
+        if (hasShortRuns(pass)) {
+            flush();
+            paintRuns(pass, false);
+        }
+    }
+    flush();
+}
+
+void CurvePicture::countInOrder(const std::vector<CurvePass>& passes,
+                                const std::vector<int>& batch)
+{
+    std::vector<CurveRaster::BlendTable> tables;
+    tables.reserve(batch.size());
+    for (const int i : batch) {
+        tables.emplace_back(
+            CurveRaster::premultiply(passes[size_t(i)].pen.color().rgba()));
+    }
+    const QRect bounds = m_target.bounds;
+    uchar* const bits = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
+    const int blocks = (bounds.width() + kBlockColumns - 1) / kBlockColumns;
+    forBlocks(blocks, visibleSamples(passes, batch), [&](int firstBlock, int endBlock) {
+        thread_local CurveRaster::Counter counter;
+        for (int b = firstBlock; b < endBlock; ++b) {
+            const int c0 = bounds.left() + b * kBlockColumns;
+            const int c1 = std::min(c0 + kBlockColumns - 1, bounds.right());
+            const int x0 = c0 - bounds.left();
+            for (size_t t = 0; t < batch.size(); ++t) {
+                counter.begin(QRect(c0, bounds.top(), c1 - c0 + 1, bounds.height()));
+                countBlock(passes[size_t(batch[t])], c0, c1, m_target, counter);
+                const CurveRaster::BlendTable& table = tables[t];
+                counter.resolve([&](int col, int row, quint32 n) {
+                    auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + x0 + col;
+                    *pixel = CurveRaster::over(table(n), *pixel);
+                });
+            }
+        }
+    });
+}
+
+void CurvePicture::countAlone(const CurvePass& pass)
+{
+    // X out of order: any sample may land in any column, so the whole
+    // picture is counted at once, here.
+    const CurveRaster::BlendTable table(CurveRaster::premultiply(pass.pen.color().rgba()));
+    CurveRaster::Counter counter;
+    counter.begin(m_target.bounds);
+    for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+        if (CurvePen::isThin(run.points))
+            walkRun(pass, run, run.begin, run.end, m_target, counter);
+    }
+    uchar* const bits = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
+    counter.resolve([&](int col, int row, quint32 n) {
+        auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + col;
+        *pixel = CurveRaster::over(table(n), *pixel);
+    });
+}
+
+void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
+                                const std::vector<int>& batch)
+{
+    struct Colour
+    {
+        CurveRaster::BlendTable table;
+        float r, g, b;
+    };
+    std::vector<Colour> colours;
+    colours.reserve(batch.size());
+    for (const int i : batch) {
+        const QColor c = passes[size_t(i)].pen.color();
+        colours.push_back(Colour{CurveRaster::BlendTable(CurveRaster::premultiply(c.rgba())),
+                                 float(c.red()), float(c.green()), float(c.blue())});
+    }
+    const QRect bounds = m_target.bounds;
+    const int height = bounds.height();
+    uchar* const bits = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
+    const int blocks = (bounds.width() + kBlockColumns - 1) / kBlockColumns;
+    forBlocks(blocks, visibleSamples(passes, batch), [&](int firstBlock, int endBlock) {
+        thread_local CurveRaster::Counter counter;
+        // Per pixel of a block: what lets light through (the product of
+        // 1 - coverage), the summed coverage and the coverage-weighted
+        // colour; sums and products do not depend on the order.
+        thread_local std::vector<float> sums;
+        thread_local std::vector<int> lo;
+        thread_local std::vector<int> hi;
+        sums.assign(size_t(kBlockColumns) * size_t(height) * 5, 0.0f);
+        for (size_t p = 0; p < sums.size(); p += 5)
+            sums[p] = 1.0f;
+        lo.assign(kBlockColumns, height);
+        hi.assign(kBlockColumns, -1);
+        for (int b = firstBlock; b < endBlock; ++b) {
+            const int c0 = bounds.left() + b * kBlockColumns;
+            const int c1 = std::min(c0 + kBlockColumns - 1, bounds.right());
+            for (size_t t = 0; t < batch.size(); ++t) {
+                counter.begin(QRect(c0, bounds.top(), c1 - c0 + 1, height));
+                countBlock(passes[size_t(batch[t])], c0, c1, m_target, counter);
+                const Colour& colour = colours[t];
+                counter.resolve([&](int col, int row, quint32 n) {
+                    const float w = float(colour.table(n) >> 24) / 255.0f;
+                    float* s = sums.data() + (size_t(col) * size_t(height) + size_t(row)) * 5;
+                    s[0] *= 1.0f - w;
+                    s[1] += w;
+                    s[2] += w * colour.r;
+                    s[3] += w * colour.g;
+                    s[4] += w * colour.b;
+                    lo[size_t(col)] = std::min(lo[size_t(col)], row);
+                    hi[size_t(col)] = std::max(hi[size_t(col)], row);
+                });
+            }
+            for (int col = 0; col <= c1 - c0; ++col) {
+                for (int row = lo[size_t(col)]; row <= hi[size_t(col)]; ++row) {
+                    float* s = sums.data() + (size_t(col) * size_t(height) + size_t(row)) * 5;
+                    if (s[1] > 0.0f) {
+                        const float alpha = 1.0f - s[0];
+                        const auto channel = [&](float sum) {
+                            return quint32(std::lround(sum / s[1] * alpha));
+                        };
+                        const quint32 a = quint32(std::lround(alpha * 255.0f));
+                        const quint32 mixed = (a << 24) | (channel(s[2]) << 16)
+                                              | (channel(s[3]) << 8) | channel(s[4]);
+                        auto* pixel = reinterpret_cast<quint32*>(bits + row * stride)
+                                      + (c0 - bounds.left() + col);
+                        *pixel = CurveRaster::over(mixed, *pixel);
+                    }
+                    s[0] = 1.0f;
+                    s[1] = s[2] = s[3] = s[4] = 0.0f;
+                }
+                lo[size_t(col)] = height;
+                hi[size_t(col)] = -1;
+            }
+        }
+    });
+}
+
+void CurvePicture::paintRuns(const CurvePass& pass, bool bThinToo)
+{
+    QPainter painter(&m_image);
+    const QRect bounds = m_target.bounds;
+    painter.setTransform(QTransform(m_target.m11, 0.0, 0.0, m_target.m22,
+                                    m_target.dx - bounds.left(), m_target.dy - bounds.top()));
+    QPolygon points;
+    for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+        if (run.points < 1 || (!bThinToo && CurvePen::isThin(run.points)))
+            continue;
+        CurveVectorPainter::mapRun(*pass.snapshot, pass.mapping, pass.yIndex, run, points);
+        const int n = points.size();
+        if (n == 0)
+            continue;
+        painter.setPen(CurvePen::forRun(pass.pen, pass.cap, n));
+        if (pass.cap == ECurveShowCap_Point || n == 1)
+            painter.drawPoints(points);
+        else
+            painter.drawPolyline(points);
+    }
+}
