@@ -146,34 +146,48 @@ void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Curs
     const int top = m_top;
     const int last = m_top + m_height - 1;
     const size_t stride = size_t(m_height + 1);
-    qint32* const diff = m_diff.data();
-    int* const los = m_lo.data();
-    int* const his = m_hi.data();
+    // The column being walked: its counts, and its touched rows kept in
+    // registers until the walk leaves it (a store and reload per sample
+    // would chain every sample to the one before).
+    unsigned col = unsigned(c0 - m_left);
+    qint32* d = col < width ? m_diff.data() + size_t(col) * stride : nullptr;
+    int lo = m_height;
+    int hi = -1;
+    const auto leave = [&]() {
+        if (d && lo <= hi) {
+            m_lo[col] = std::min(m_lo[col], lo);
+            m_hi[col] = std::max(m_hi[col], hi);
+        }
+    };
     for (; i < n; ++i) {
         const int r = rows[i];
         if (r == kNoPixel)
             continue;
         const int c = columns[i];
         if (c != c0) {
+            leave();
             slanted(c0, r0, c, r);
-        } else {
-            // The common case of dense data: a span down one column.
-            const unsigned col = unsigned(c - m_left);
-            int lo = r > r0 ? r0 + 1 : r;
-            int hi = r > r0 ? r : r0 - 1;
-            lo = std::max(lo, top) - top;
-            hi = std::min(hi, last) - top;
-            if (col < width && lo <= hi) {
-                qint32* d = diff + size_t(col) * stride;
-                ++d[lo];
-                --d[hi + 1];
-                los[col] = std::min(los[col], lo);
-                his[col] = std::max(his[col], hi);
+            col = unsigned(c - m_left);
+            d = col < width ? m_diff.data() + size_t(col) * stride : nullptr;
+            lo = m_height;
+            hi = -1;
+        } else if (d) {
+            // The common case of dense data: a span down one column, its
+            // start row excluded; none when the row stays. Written without
+            // a branch on the direction, which noise makes a coin toss.
+            const int first = std::max(std::min(r, r0 + 1), top) - top;
+            const int end = std::min(std::max(r - int(r == r0), r0 - 1), last) - top;
+            if (first <= end) {
+                ++d[first];
+                --d[end + 1];
+                lo = std::min(lo, first);
+                hi = std::max(hi, end);
             }
         }
         c0 = c;
         r0 = r;
     }
+    leave();
     cursor.c = c0;
     cursor.r = r0;
 }

@@ -39,7 +39,8 @@ void tst_DesignerPlugin::createsBothWidgets()
         QStringList switches{QStringLiteral("timeNavigationEnabled")};
         if (widget->name() == QStringLiteral("CurveGraphicsView")) {
             switches << QStringLiteral("roundTimeTicks") << QStringLiteral("hoverReadOutEnabled")
-                     << QStringLiteral("hoverToolTip");
+                     << QStringLiteral("hoverToolTip")
+                     << QStringLiteral("orderIndependentMix");
         }
         for (const QString& name : switches) {
             const QMetaObject* meta = created->metaObject();
