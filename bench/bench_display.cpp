@@ -375,20 +375,64 @@ bool takeDisplay(int& argc, char** argv)
 }
 
 // The day drawn both ways side by side, into \a png: curves composed in
-// name order (the default) and mixed by count.
+// name order (the default) and mixed by count. Each satellite is in view
+// for an arc of a few hours, its values spreading wider at the arc's ends
+// (low elevation), as multipath does.
 int mixPicture(const QString& png)
 {
-    OurDay day;
-    const QImage inOrder = day.image.copy();
-    day.view.setOrderIndependentMix(true);
-    day.render();
-    const QImage mixed = day.image;
-    QImage side(inOrder.width() * 2 + 10, inOrder.height(), QImage::Format_RGB32);
+    CurveGraphicsView view;
+    view.setFrameShape(QFrame::NoFrame);
+    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    view.resize(gDisplay);
+    view.show();
+    view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
+    quint32 state = 7;
+    const auto noise = [&state]() {
+        state = state * 1664525u + 1013904223u;
+        return double(state >> 8) / double(1u << 24) - 0.5;
+    };
+    int index = 0;
+    for (const Constellation& c : kConstellations) {
+        for (int s = 1; s <= c.satellites; ++s, ++index) {
+            auto* set = new Curve_DataSet_XY(1, nullptr);
+            const qint64 arc = 4 * 3600 + (index * 977) % (4 * 3600);
+            const qint64 start = (index * 5261) % (kEpochs - arc);
+            for (int k = 0; k < 2; ++k) {
+                AxisData* axis = set->getAxisData(k);
+                axis->beginSetData();
+                axis->allocData(kEpochs, nullptr);
+                double* values = axis->getInSettingData(0, nullptr);
+                for (qint64 i = 0; i < kEpochs; ++i) {
+                    if (k == 0) {
+                        values[i] = kDay0 + double(i * kEpochMs);
+                        continue;
+                    }
+                    const double t = double(i - start) / double(arc);
+                    const double spread = 0.08 + 0.5 * std::pow(2.0 * t - 1.0, 6);
+                    values[i] = (t < 0.0 || t > 1.0) ? std::numeric_limits<double>::quiet_NaN()
+                                                     : spread * noise();
+                }
+                axis->endSetData(true);
+            }
+            view.getCurveScene()->addCurve(
+                QStringLiteral("%1%2").arg(QLatin1Char(c.letter)).arg(s, 2, 10, QLatin1Char('0')),
+                set, true, c.colour, ECurveShowCap_Line, true);
+        }
+    }
+    view.setCurvesPosToVerticalZero();
+    QImage pictures[2] = {frameImage(), frameImage()};
+    for (int mix = 0; mix < 2; ++mix) {
+        view.setOrderIndependentMix(mix == 1);
+        QPainter painter(&pictures[mix]);
+        view.viewport()->render(&painter);
+    }
+    QImage side(pictures[0].width() * 2 + 10, pictures[0].height(), QImage::Format_RGB32);
     side.fill(Qt::white);
     {
         QPainter painter(&side);
-        painter.drawImage(0, 0, inOrder);
-        painter.drawImage(inOrder.width() + 10, 0, mixed);
+        painter.drawImage(0, 0, pictures[0]);
+        painter.drawImage(pictures[0].width() + 10, 0, pictures[1]);
     }
     return side.save(png) ? 0 : 1;
 }
