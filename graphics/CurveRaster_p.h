@@ -42,6 +42,12 @@
 
     Coordinates are 32-bit device pixels; callers saturate them beyond
     +-kCoordLimit, which keeps every product below 2^62.
+
+    Nothing here knows about curve items. To draw any polylines this way:
+    begin() a Counter on the target's device-pixel rectangle (or on a block
+    of its columns, one counter per thread), feed each polyline's pixels
+    to polyline() with a fresh Cursor, then resolve() the counts and blend
+    BlendTable(premultiply(colour))(n) over each pixel with over().
 */
 namespace CurveRaster {
 
@@ -235,7 +241,7 @@ void Counter::resolve(Sink&& sink)
     }
 }
 
-// Premultiplied 8-bit ARGB source-over, the arithmetic of the layers:
+// Premultiplied 8-bit ARGB source-over, the arithmetic of the pictures:
 // each channel is src + dst * (255 - srcAlpha) / 255, rounded to nearest.
 inline quint32 over(quint32 src, quint32 dst)
 {

@@ -710,7 +710,8 @@ void tst_CurveLayer::sameForAnyThreadCount()
     const int counts[2] = {1, 4};
     for (int i = 0; i < 2; ++i) {
         QThreadPool::globalInstance()->setMaxThreadCount(counts[i]);
-        ShownView shown(12, 20000);
+        // Enough samples (280,000 shown) for the counting to run on the pool.
+        ShownView shown(14, 20000);
         QVERIFY(QTest::qWaitForWindowExposed(&shown.view));
         images[i] = shown.grab();
     }
