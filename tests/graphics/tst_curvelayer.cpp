@@ -888,7 +888,8 @@ void tst_CurveLayer::composesCurvesInOrder()
     shown.grab();
     const CurvePicture* picture = shown.picture();
     QVERIFY(picture);
-    const QTransform device = shown.items().first()->deviceTransform(shown.view.viewportTransform());
+    const QTransform device =
+        shown.items().first()->deviceTransform(shown.view.viewportTransform());
     const QStringList names{"C00", "C01", "C02", "C03", "C04"};
     const QRectF data = CurveGraphicsSceneAccess::dataRectInScene(
         qobject_cast<CurveGraphicsScene*>(shown.view.scene()));

@@ -46,7 +46,8 @@ void tst_CurveSnapshot::runs_data()
                                    << RunList{{0, 2, 3}, {3, 3, 1}, {4, 9, 6}};
     // Y longer than X: breaks past the last shared sample are not read.
     QTest::newRow("Y longer than X") << (ten + QVector<double>{10, 11, 12})
-                                     << std::set<qint64>{7, 10, 11} << RunList{{0, 7, 8}, {8, 9, 2}};
+                                     << std::set<qint64>{7, 10, 11}
+                                     << RunList{{0, 7, 8}, {8, 9, 2}};
 }
 
 void tst_CurveSnapshot::runs()

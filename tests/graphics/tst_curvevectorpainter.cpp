@@ -31,18 +31,19 @@ void tst_CurveVectorPainter::mapRun_data()
     // Area x 0 .. 10, y 0 .. 10 over a 100 x 100 data area: (x, y) lands on
     // (10x, -10y), truncated toward zero.
     const int limit = CurveVectorPainter::kPixelLimit;
+    using Points = QVector<QPoint>;
     QTest::newRow("plain") << QVector<double>{0, 1.05, 2} << QVector<double>{0, 2.55, 10}
-                           << QPolygon({QPoint(0, 0), QPoint(10, -25), QPoint(20, -100)});
+                           << QPolygon(Points{QPoint(0, 0), QPoint(10, -25), QPoint(20, -100)});
     QTest::newRow("NaN Y joins its neighbours")
         << QVector<double>{0, 1, 2} << QVector<double>{1, gt::NaN, 3}
-        << QPolygon({QPoint(0, -10), QPoint(20, -30)});
+        << QPolygon(Points{QPoint(0, -10), QPoint(20, -30)});
     QTest::newRow("NaN X is left out") << QVector<double>{0, gt::NaN, 2}
                                        << QVector<double>{1, 2, 3}
-                                       << QPolygon({QPoint(0, -10), QPoint(20, -30)});
+                                       << QPolygon(Points{QPoint(0, -10), QPoint(20, -30)});
     QTest::newRow("toward zero") << QVector<double>{-0.05} << QVector<double>{0.099}
-                                 << QPolygon({QPoint(0, 0)});
+                                 << QPolygon(Points{QPoint(0, 0)});
     QTest::newRow("huge saturates") << QVector<double>{1e300} << QVector<double>{-1e300}
-                                    << QPolygon({QPoint(limit, limit)});
+                                    << QPolygon(Points{QPoint(limit, limit)});
 }
 
 void tst_CurveVectorPainter::mapRun()
