@@ -460,6 +460,10 @@ int main(int argc, char** argv)
         return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    // The views go before the application object.
     ourDaySlot().reset();
+#ifdef GNSSPLOT_BENCH_PEERS
+    qcpDaySlot().reset();
+#endif
     return 0;
 }

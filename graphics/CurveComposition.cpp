@@ -6,6 +6,8 @@
 #include "Curve_Coord.h"
 
 #include <QPainter>
+#include <QThreadPool>
+#include <QtConcurrent>
 
 CurveComposition::CurveComposition(Members members)
     : m_members(std::move(members))
@@ -26,6 +28,15 @@ void CurveComposition::prepare(const PictureTarget& target)
     if (state == m_built && m_builtMix == m_mix && m_picture.target().matches(target)
         && m_picture.buildCount() > 0) {
         return;
+    }
+    // The snapshots are taken here, on the GUI thread; finding each curve's
+    // columns reads only its snapshot, so the curves share the pool.
+    for (CurveGraphicsItem_Curve_XY* item : members)
+        item->syncSnapshot();
+    if (members.size() > 1 && QThreadPool::globalInstance()->maxThreadCount() > 1) {
+        QtConcurrent::blockingMap(members, [&target](CurveGraphicsItem_Curve_XY* item) {
+            item->updateColumns(target);
+        });
     }
     for (CurveGraphicsItem_Curve_XY* item : members)
         item->appendPasses(target, passes);

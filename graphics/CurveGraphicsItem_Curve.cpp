@@ -381,11 +381,22 @@ bool CurveGraphicsItem_Curve_XY::pictureTargetFor(const QTransform& deviceTransf
     return true;
 }
 
-void CurveGraphicsItem_Curve_XY::appendPasses(const PictureTarget& target,
-                                              std::vector<CurvePass>& out)
+void CurveGraphicsItem_Curve_XY::syncSnapshot()
 {
     if (m_snapshotStale)
         takeSnapshot();
+}
+
+void CurveGraphicsItem_Curve_XY::updateColumns(const PictureTarget& target)
+{
+    if (m_snapshot.isDrawable())
+        m_columns.update(m_snapshot, mapping(), target);
+}
+
+void CurveGraphicsItem_Curve_XY::appendPasses(const PictureTarget& target,
+                                              std::vector<CurvePass>& out)
+{
+    syncSnapshot();
     if (!m_snapshot.isDrawable())
         return;
     const CoordMapping map = mapping();

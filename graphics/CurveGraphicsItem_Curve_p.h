@@ -154,6 +154,11 @@ public:
     // rotation, a huge target).
     bool pictureTargetFor(const QTransform& deviceTransform, const QRect& devicePixels,
                           PictureTarget* target) const;
+    // Takes the snapshot if a change came since; on the GUI thread.
+    void syncSnapshot();
+    // Brings the device columns of the X samples up to date for \a target;
+    // reads only the snapshot, so it may run on any thread.
+    void updateColumns(const PictureTarget& target);
     // Appends the passes the item draws into a picture for \a target, in
     // drawing order, after bringing its snapshot and columns up to date.
     void appendPasses(const PictureTarget& target, std::vector<CurvePass>& passes);
