@@ -359,13 +359,17 @@ void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
     {
         CurveRaster::BlendTable table;
         float r, g, b;
+        std::vector<float> coverage;  // per table entry: its alpha, 0 .. 1
     };
     std::vector<Colour> colours;
     colours.reserve(batch.size());
     for (const int i : batch) {
         const QColor c = passes[size_t(i)].pen.color();
-        colours.push_back(Colour{CurveRaster::BlendTable(CurveRaster::premultiply(c.rgba())),
-                                 float(c.red()), float(c.green()), float(c.blue())});
+        Colour colour{CurveRaster::BlendTable(CurveRaster::premultiply(c.rgba())),
+                      float(c.red()), float(c.green()), float(c.blue()), {}};
+        for (size_t n = 0; n < colour.table.size(); ++n)
+            colour.coverage.push_back(float(colour.table(quint32(n)) >> 24) / 255.0f);
+        colours.push_back(std::move(colour));
     }
     const QRect bounds = m_target.bounds;
     const int height = bounds.height();
@@ -391,17 +395,21 @@ void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
             for (size_t t = 0; t < batch.size(); ++t) {
                 counter.begin(QRect(c0, bounds.top(), c1 - c0 + 1, height));
                 countBlock(passes[size_t(batch[t])], c0, c1, m_target, counter);
+                // The rows this pass reaches, read before resolving empties
+                // the counter, so that the pixels need no bookkeeping.
+                for (int col = 0; col <= c1 - c0; ++col) {
+                    lo[size_t(col)] = std::min(lo[size_t(col)], counter.touchedLo(col));
+                    hi[size_t(col)] = std::max(hi[size_t(col)], counter.touchedHi(col));
+                }
                 const Colour& colour = colours[t];
                 counter.resolve([&](int col, int row, quint32 n) {
-                    const float w = float(colour.table(n) >> 24) / 255.0f;
+                    const float w = colour.coverage[colour.table.index(n)];
                     float* s = sums.data() + (size_t(col) * size_t(height) + size_t(row)) * 5;
                     s[0] *= 1.0f - w;
                     s[1] += w;
                     s[2] += w * colour.r;
                     s[3] += w * colour.g;
                     s[4] += w * colour.b;
-                    lo[size_t(col)] = std::min(lo[size_t(col)], row);
-                    hi[size_t(col)] = std::max(hi[size_t(col)], row);
                 });
             }
             for (int col = 0; col <= c1 - c0; ++col) {

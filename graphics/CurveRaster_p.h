@@ -144,6 +144,10 @@ public:
     // neighbours joined.
     void polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor);
 
+    // The rows counted so far in target-relative column \a col: lo > hi when
+    // none.
+    int touchedLo(int col) const { return m_lo[size_t(col)]; }
+    int touchedHi(int col) const { return m_hi[size_t(col)]; }
     // Calls \a sink(column, row, count) for every pixel counted, column by
     // column, rows ascending, in target-relative pixels, and leaves the
     // counter zeroed for the next use.
@@ -266,10 +270,10 @@ class BlendTable
 {
 public:
     explicit BlendTable(quint32 premultipliedColour);
-    quint32 operator()(quint32 n) const
-    {
-        return m_table[n < m_table.size() ? n : m_table.size() - 1];
-    }
+    quint32 operator()(quint32 n) const { return m_table[index(n)]; }
+    // Where count \a n reads the table, and how many entries it has.
+    size_t index(quint32 n) const { return n < m_table.size() ? n : m_table.size() - 1; }
+    size_t size() const { return m_table.size(); }
 
 private:
     std::vector<quint32> m_table;
