@@ -260,6 +260,8 @@ void CurvePicture::build(const PictureTarget& target, const std::vector<CurvePas
     // pixel value.
     std::memset(m_image.bits(), 0, size_t(m_image.sizeInBytes()));
 
+    if (mix == Mix::InOrder && buildInStripes(passes))
+        return;
     std::vector<int> batch;
     const auto flush = [&]() {
         if (!batch.empty())
@@ -299,6 +301,146 @@ void CurvePicture::build(const PictureTarget& target, const std::vector<CurvePas
         }
     }
     flush();
+}
+
+bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes)
+{
+    // With X in order every pass knows which samples reach which columns,
+    // so the picture can be split into stripes of whole blocks that go
+    // through all passes, counted and painted, on their own: each thread
+    // owns its columns, and the order of the passes holds in every pixel.
+    qint64 samples = 0;
+    for (const CurvePass& pass : passes) {
+        if (!pass.columns->bSteps)
+            return false;
+        samples += pass.columns->last - pass.columns->first + 1;
+    }
+    const QRect bounds = m_target.bounds;
+    const int blocks = (bounds.width() + kBlockColumns - 1) / kBlockColumns;
+    const int threads = std::max(1, QThreadPool::globalInstance()->maxThreadCount());
+    if (threads == 1 || samples < kParallelSamples || blocks < 2)
+        return false;
+
+    // What each pass does, in order, and for the painted ones the number of
+    // points of each run drawn, which its pen width depends on.
+    struct Op
+    {
+        int pass;
+        bool bCounted;
+        bool bThinToo;
+        std::vector<int> points;  // per run, painted ops only
+    };
+    std::vector<Op> ops;
+    std::vector<CurveRaster::BlendTable> tables;
+    QPolygon mapped;
+    for (size_t i = 0; i < passes.size(); ++i) {
+        const CurvePass& pass = passes[i];
+        const bool bPoints = pass.cap == ECurveShowCap_Point;
+        if (!bPoints && hasThinRuns(pass)) {
+            ops.push_back(Op{int(i), true, false, {}});
+            tables.emplace_back(CurveRaster::premultiply(pass.pen.color().rgba()));
+        }
+        if (bPoints || hasShortRuns(pass)) {
+            Op op{int(i), false, bPoints, {}};
+            for (const CurveRun& run : pass.snapshot->runs(pass.yIndex)) {
+                int n = 0;
+                if (run.points >= 1 && (bPoints || !CurvePen::isThin(run.points))) {
+                    CurveVectorPainter::mapRun(*pass.snapshot, pass.mapping, pass.yIndex, run,
+                                               mapped);
+                    n = mapped.size();
+                }
+                op.points.push_back(n);
+            }
+            ops.push_back(std::move(op));
+            tables.emplace_back(0u);
+        }
+    }
+    // A pen reaches at most this far (device pixels) beyond its points: a
+    // 4.0-wide point, scaled, and a pixel for rounding.
+    const int margin =
+        3 + int(std::ceil(4.0 * std::max(std::abs(m_target.m11), std::abs(m_target.m22))));
+    uchar* const bits = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
+    const int stripes = std::min(blocks, threads * 2);
+    QVector<int> order(stripes);
+    std::iota(order.begin(), order.end(), 0);
+    QtConcurrent::blockingMap(order, [&](int s) {
+        const int firstBlock = int(qint64(blocks) * s / stripes);
+        const int endBlock = int(qint64(blocks) * (s + 1) / stripes);
+        const int x0 = bounds.left() + firstBlock * kBlockColumns;
+        const int x1 = std::min(bounds.left() + endBlock * kBlockColumns - 1, bounds.right());
+        // The stripe's columns as an image of their own, on the same pixels.
+        QImage stripe(bits + size_t(x0 - bounds.left()) * 4, x1 - x0 + 1, bounds.height(),
+                      stride, QImage::Format_ARGB32_Premultiplied);
+        thread_local CurveRaster::Counter counter;
+        QPolygon points;
+        for (size_t o = 0; o < ops.size(); ++o) {
+            const Op& op = ops[o];
+            const CurvePass& pass = passes[size_t(op.pass)];
+            if (op.bCounted) {
+                for (int b = firstBlock; b < endBlock; ++b) {
+                    const int c0 = bounds.left() + b * kBlockColumns;
+                    const int c1 = std::min(c0 + kBlockColumns - 1, bounds.right());
+                    counter.begin(QRect(c0, bounds.top(), c1 - c0 + 1, bounds.height()));
+                    countBlock(pass, c0, c1, m_target, counter);
+                    const int x = c0 - bounds.left();
+                    counter.resolve([&](int col, int row, quint32 n) {
+                        auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + x + col;
+                        *pixel = CurveRaster::over(tables[o](n), *pixel);
+                    });
+                }
+                continue;
+            }
+            QPainter painter(&stripe);
+            painter.setTransform(QTransform(m_target.m11, 0.0, 0.0, m_target.m22,
+                                            m_target.dx - x0, m_target.dy - bounds.top()));
+            paintRunsNear(pass, op.bThinToo, op.points, x0 - margin, x1 + margin, painter,
+                          points);
+        }
+    });
+    return true;
+}
+
+void CurvePicture::paintRunsNear(const CurvePass& pass, bool bThinToo,
+                                 const std::vector<int>& points, int c0, int c1,
+                                 QPainter& painter, QPolygon& out) const
+{
+    // Only the stretch of each run that can reach columns c0 .. c1, carried
+    // on to the nearest drawn point beyond each end, so that every segment
+    // crossing the columns is whole; what differs at the cut ends lies
+    // farther away than any pen reaches.
+    qint64 first = 0;
+    qint64 last = 0;
+    pass.columns->steps.around(c0, c1, first, last);
+    const double* xs = pass.snapshot->xs();
+    const double* ys = pass.snapshot->ys(pass.yIndex);
+    const auto drawn = [&](qint64 j) {
+        return !std::isnan(pass.mapping.mapX(xs[j])) && !std::isnan(pass.mapping.mapY(ys[j]));
+    };
+    const std::vector<CurveRun>& runs = pass.snapshot->runs(pass.yIndex);
+    for (size_t r = 0; r < runs.size(); ++r) {
+        const CurveRun& run = runs[r];
+        const int n = points[r];
+        if (n < 1 || run.end < first || run.begin > last
+            || (!bThinToo && CurvePen::isThin(run.points))) {
+            continue;
+        }
+        qint64 a = std::max(run.begin, first);
+        qint64 b = std::min(run.end, last);
+        while (a > run.begin && !drawn(a))
+            --a;
+        while (b < run.end && !drawn(b))
+            ++b;
+        CurveVectorPainter::mapRun(*pass.snapshot, pass.mapping, pass.yIndex,
+                                   CurveRun{a, b, run.points}, out);
+        if (out.isEmpty())
+            continue;
+        painter.setPen(CurvePen::forRun(pass.pen, pass.cap, n));
+        if (pass.cap == ECurveShowCap_Point || n == 1)
+            painter.drawPoints(out);
+        else
+            painter.drawPolyline(out);
+    }
 }
 
 void CurvePicture::countInOrder(const std::vector<CurvePass>& passes,

@@ -8,10 +8,13 @@
 #include "CurveSnapshot_p.h"
 
 #include <QImage>
+#include <QPolygon>
 #include <QPen>
 #include <QRect>
 
 #include <vector>
+
+class QPainter;
 
 // Where a picture is painted: the item-to-device transform (a scale and an
 // offset) and the device pixels the picture covers.
@@ -108,6 +111,9 @@ public:
     quint64 buildCount() const { return m_builds; }
 
 private:
+    bool buildInStripes(const std::vector<CurvePass>& passes);
+    void paintRunsNear(const CurvePass& pass, bool bThinToo, const std::vector<int>& points,
+                       int c0, int c1, QPainter& painter, QPolygon& out) const;
     void countInOrder(const std::vector<CurvePass>& passes, const std::vector<int>& batch);
     void countAlone(const CurvePass& pass);
     void countByCount(const std::vector<CurvePass>& passes, const std::vector<int>& batch);

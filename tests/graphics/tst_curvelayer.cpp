@@ -297,6 +297,8 @@ class tst_CurveLayer : public QObject
 {
     Q_OBJECT
 private slots:
+    void stripesMatchPlainDrawer_data();
+    void stripesMatchPlainDrawer();
     void composesCurvesInOrder();
     void listeningFixesWhatIsShown();
     void mixIgnoresOrder();
@@ -904,6 +906,87 @@ void tst_CurveLayer::composesCurvesInOrder()
         expected.save("/tmp/gnssplot_picture_expected.png");
     }
     QVERIFY(picture->image() == expected);
+}
+
+void tst_CurveLayer::stripesMatchPlainDrawer_data()
+{
+    QTest::addColumn<qreal>("ratio");
+    QTest::addColumn<bool>("bPoints");
+    QTest::newRow("lines") << 1.0 << false;
+    QTest::newRow("lines at ratio 2") << 2.0 << false;
+    QTest::newRow("points") << 1.0 << true;
+}
+
+void tst_CurveLayer::stripesMatchPlainDrawer()
+{
+    // Enough samples for the picture to be made in stripes on two threads:
+    // runs of 1,500 points (painted 1.333 wide), of 2,500 (counted), single
+    // points and NaN gaps that a stripe's edge may cut through.
+    QFETCH(qreal, ratio);
+    QFETCH(bool, bPoints);
+    const int poolThreads = QThreadPool::globalInstance()->maxThreadCount();
+    QThreadPool::globalInstance()->setMaxThreadCount(2);
+    const auto restore = qScopeGuard(
+        [poolThreads]() { QThreadPool::globalInstance()->setMaxThreadCount(poolThreads); });
+
+    const int n = 300000;
+    QVector<double> xs(n), ys(n);
+    std::set<qint64> breaks;
+    QRandomGenerator rng(23);
+    qint64 next = 0;
+    for (int i = 0; i < n; ++i) {
+        xs[i] = i;
+        ys[i] = (i / 40) % 97 == 5 ? gt::NaN : 0.7 * std::sin(i * 2e-4) + 0.2 * rng.generateDouble();
+        if (i == next) {
+            breaks.insert(i);
+            const int kind = int(rng.bounded(3));
+            next += kind == 0 ? 1 : kind == 1 ? 1500 : 2500;
+        }
+    }
+    breaks.erase(n - 1);
+    Curve_DataSet_XY dataSet(1);
+    gt::fillAxis(dataSet.getAxisData(0), xs);
+    gt::fillAxis(dataSet.getAxisData(1), ys, breaks);
+    Curve_Coord_XY coord;
+    QVERIFY(coord.setArea(0, n - 1, -1, 1));
+    CurveGraphicsItem_Curve_XY item(nullptr, &coord, QString(), &dataSet, nullptr);
+    const QColor colour(40, 160, 90, 140);
+    item.setPenColor(colour);
+    item.setDataArea(600, 180);
+    if (bPoints) {
+        // The points style comes from the registry; a stand-alone item has
+        // none, so the plain drawer is compared with a registry item below.
+        CurveScene registry;
+        registry.setCoord(&coord, false);
+        registry.addCurve(QStringLiteral("p"), &dataSet, false, colour, ECurveShowCap_Point,
+                          true);
+        CurveGraphicsItem_Curve_XY points(&registry, &coord, QStringLiteral("p"), &dataSet,
+                                          nullptr);
+        points.setPenColor(colour);
+        points.setDataArea(600, 180);
+        QCOMPARE(points.showCap(), ECurveShowCap_Point);
+        QImage target(QSize(620, 200) * ratio, QImage::Format_ARGB32_Premultiplied);
+        target.setDevicePixelRatio(ratio);
+        PlainCurve curve{xs, {ys}, {breaks}, {colour}, {0}, true};
+        const QImage expected = paintAndDrawPlainly(points, curve, {0, n - 1.0, -1, 1, 600, 180},
+                                                    target, QTransform::fromTranslate(5, 190));
+        if (pictureOf(points) != expected) {
+            pictureOf(points).save("/tmp/gnssplot_stripes.png");
+            expected.save("/tmp/gnssplot_stripes_expected.png");
+        }
+        QVERIFY(pictureOf(points) == expected);
+        return;
+    }
+    QImage target(QSize(620, 200) * ratio, QImage::Format_ARGB32_Premultiplied);
+    target.setDevicePixelRatio(ratio);
+    const PlainCurve curve{xs, {ys}, {breaks}, {colour}, {0}};
+    const QImage expected = paintAndDrawPlainly(item, curve, {0, n - 1.0, -1, 1, 600, 180},
+                                                target, QTransform::fromTranslate(5, 190));
+    if (pictureOf(item) != expected) {
+        pictureOf(item).save("/tmp/gnssplot_stripes.png");
+        expected.save("/tmp/gnssplot_stripes_expected.png");
+    }
+    QVERIFY(pictureOf(item) == expected);
 }
 
 void tst_CurveLayer::listeningFixesWhatIsShown()
