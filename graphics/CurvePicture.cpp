@@ -260,7 +260,7 @@ void CurvePicture::build(const PictureTarget& target, const std::vector<CurvePas
     // pixel value.
     std::memset(m_image.bits(), 0, size_t(m_image.sizeInBytes()));
 
-    if (mix == Mix::InOrder && buildInStripes(passes))
+    if (buildInStripes(passes, mix))
         return;
     std::vector<int> batch;
     const auto flush = [&]() {
@@ -303,7 +303,7 @@ void CurvePicture::build(const PictureTarget& target, const std::vector<CurvePas
     flush();
 }
 
-bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes)
+bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes, Mix mix)
 {
     // With X in order every pass knows which samples reach which columns,
     // so the picture can be split into stripes of whole blocks that go
@@ -332,11 +332,15 @@ bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes)
     };
     std::vector<Op> ops;
     std::vector<CurveRaster::BlendTable> tables;
+    // Mixed by count, the counted passes go into one mix first.
+    std::vector<int> mixed;
     QPolygon mapped;
     for (size_t i = 0; i < passes.size(); ++i) {
         const CurvePass& pass = passes[i];
         const bool bPoints = pass.cap == ECurveShowCap_Point;
-        if (!bPoints && hasThinRuns(pass)) {
+        if (!bPoints && hasThinRuns(pass) && mix == Mix::ByCount) {
+            mixed.push_back(int(i));
+        } else if (!bPoints && hasThinRuns(pass)) {
             ops.push_back(Op{int(i), true, false, {}});
             tables.emplace_back(CurveRaster::premultiply(pass.pen.color().rgba()));
         }
@@ -373,6 +377,8 @@ bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes)
         QImage stripe(bits + size_t(x0 - bounds.left()) * 4, x1 - x0 + 1, bounds.height(),
                       stride, QImage::Format_ARGB32_Premultiplied);
         thread_local CurveRaster::Counter counter;
+        if (!mixed.empty())
+            countByCount(passes, mixed, firstBlock, endBlock);
         QPolygon points;
         for (size_t o = 0; o < ops.size(); ++o) {
             const Op& op = ops[o];
@@ -495,7 +501,7 @@ void CurvePicture::countAlone(const CurvePass& pass)
 }
 
 void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
-                                const std::vector<int>& batch)
+                                const std::vector<int>& batch, int firstBlock, int endBlock)
 {
     struct Colour
     {
@@ -518,7 +524,7 @@ void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
     uchar* const bits = m_image.bits();
     const qsizetype stride = m_image.bytesPerLine();
     const int blocks = (bounds.width() + kBlockColumns - 1) / kBlockColumns;
-    forBlocks(blocks, visibleSamples(passes, batch), [&](int firstBlock, int endBlock) {
+    const auto work = [&](int firstBlock, int endBlock) {
         thread_local CurveRaster::Counter counter;
         // Per pixel of a block: what lets light through (the product of
         // 1 - coverage), the summed coverage and the coverage-weighted
@@ -576,7 +582,11 @@ void CurvePicture::countByCount(const std::vector<CurvePass>& passes,
                 hi[size_t(col)] = -1;
             }
         }
-    });
+    };
+    if (firstBlock >= 0)
+        work(firstBlock, endBlock);
+    else
+        forBlocks(blocks, visibleSamples(passes, batch), work);
 }
 
 void CurvePicture::paintRuns(const CurvePass& pass, bool bThinToo)

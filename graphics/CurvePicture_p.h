@@ -111,12 +111,14 @@ public:
     quint64 buildCount() const { return m_builds; }
 
 private:
-    bool buildInStripes(const std::vector<CurvePass>& passes);
+    bool buildInStripes(const std::vector<CurvePass>& passes, Mix mix);
     void paintRunsNear(const CurvePass& pass, bool bThinToo, const std::vector<int>& points,
                        int c0, int c1, QPainter& painter, QPolygon& out) const;
     void countInOrder(const std::vector<CurvePass>& passes, const std::vector<int>& batch);
     void countAlone(const CurvePass& pass);
-    void countByCount(const std::vector<CurvePass>& passes, const std::vector<int>& batch);
+    // Over blocks firstBlock .. endBlock - 1, or all of them on the pool.
+    void countByCount(const std::vector<CurvePass>& passes, const std::vector<int>& batch,
+                      int firstBlock = -1, int endBlock = -1);
     void paintRuns(const CurvePass& pass, bool bThinToo);
 
     QImage m_image;

@@ -1033,15 +1033,21 @@ void tst_CurveLayer::mixIgnoresOrder()
     // Two dense curves of different colours over the same place: mixed by
     // count, swapping their order leaves every pixel as it was; composed in
     // order (the default), the later one covers the earlier.
-    const int n = 20000;
+    // Enough samples (300,000) for the picture to be made in stripes.
+    const int n = 150000;
     QVector<double> xs(n), ys(n);
     for (int i = 0; i < n; ++i) {
         xs[i] = i;
         ys[i] = 0.5 * std::sin(i * 0.37);
     }
-    QImage pictures[2][2];
+    const int poolThreads = QThreadPool::globalInstance()->maxThreadCount();
+    const auto restore = qScopeGuard(
+        [poolThreads]() { QThreadPool::globalInstance()->setMaxThreadCount(poolThreads); });
+    // Mixed, in both orders, on two threads; then on one.
+    QImage pictures[2][3];
     for (int mix = 0; mix < 2; ++mix) {
-        for (int order = 0; order < 2; ++order) {
+        for (int order = 0; order < 3; ++order) {
+            QThreadPool::globalInstance()->setMaxThreadCount(order == 2 ? 1 : 2);
             CurveGraphicsView view;
             gt::makeBare(view);
             view.setOrderIndependentMix(mix == 1);
@@ -1051,7 +1057,7 @@ void tst_CurveLayer::mixIgnoresOrder()
             for (int c = 0; c < 2; ++c) {
                 view.getCurveScene()->addCurve(QStringLiteral("C%1").arg(c),
                                                gt::makeDataSet(xs, {ys}), true,
-                                               colours[c ^ order], ECurveShowCap_Line, true);
+                                               colours[c ^ (order & 1)], ECurveShowCap_Line, true);
             }
             view.resize(400, 300);
             view.show();
@@ -1063,6 +1069,8 @@ void tst_CurveLayer::mixIgnoresOrder()
     }
     QVERIFY(pictures[0][0] != pictures[0][1]);
     QVERIFY(pictures[1][0] == pictures[1][1]);
+    QVERIFY(pictures[1][0] == pictures[1][2]);
+    QVERIFY(pictures[0][0] == pictures[0][2]);
     // Both colours show in the mix.
     const QRgb middle = pictures[1][0].pixel(200, 135);
     QVERIFY2(qRed(middle) > qGreen(middle) + 20 && qBlue(middle) > qGreen(middle) + 20,
