@@ -288,23 +288,32 @@ bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes, Mix mix)
         if (!mixed.empty())
             countByCount(passes, mixed, firstBlock, endBlock);
         QPolygon points;
-        for (size_t o = 0; o < ops.size(); ++o) {
-            const Op& op = ops[o];
-            const CurvePass& pass = passes[size_t(op.pass)];
-            if (op.bCounted) {
-                for (int b = firstBlock; b < endBlock; ++b) {
-                    const int c0 = bounds.left() + b * kBlockColumns;
-                    const int c1 = std::min(c0 + kBlockColumns - 1, bounds.right());
+        for (size_t o = 0; o < ops.size();) {
+            // Passes counted one after the other go block by block, all of
+            // them over one block while it is in cache.
+            size_t end = o;
+            while (end < ops.size() && ops[end].bCounted)
+                ++end;
+            for (int b = firstBlock; b < endBlock && end > o; ++b) {
+                const int c0 = bounds.left() + b * kBlockColumns;
+                const int c1 = std::min(c0 + kBlockColumns - 1, bounds.right());
+                const int x = c0 - bounds.left();
+                for (size_t k = o; k < end; ++k) {
                     counter.begin(QRect(c0, bounds.top(), c1 - c0 + 1, bounds.height()));
-                    countBlock(pass, c0, c1, m_target, counter);
-                    const int x = c0 - bounds.left();
+                    countBlock(passes[size_t(ops[k].pass)], c0, c1, m_target, counter);
+                    const CurveRaster::BlendTable& table = tables[k];
                     counter.resolve([&](int col, int row, quint32 n) {
                         auto* pixel = reinterpret_cast<quint32*>(bits + row * stride) + x + col;
-                        *pixel = CurveRaster::over(tables[o](n), *pixel);
+                        *pixel = CurveRaster::over(table(n), *pixel);
                     });
                 }
+            }
+            if (end > o) {
+                o = end;
                 continue;
             }
+            const Op& op = ops[o++];
+            const CurvePass& pass = passes[size_t(op.pass)];
             QPainter painter(&stripe);
             painter.setTransform(QTransform(m_target.m11, 0.0, 0.0, m_target.m22,
                                             m_target.dx - x0, m_target.dy - bounds.top()));
