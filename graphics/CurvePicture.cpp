@@ -267,6 +267,10 @@ bool CurvePicture::buildInStripes(const std::vector<CurvePass>& passes, Mix mix)
             tables.emplace_back(0u);
         }
     }
+    // Without anything to paint, counting block by block over the whole
+    // picture shares the work out more evenly.
+    if (std::all_of(ops.begin(), ops.end(), [](const Op& op) { return op.bCounted; }))
+        return false;
     // A pen reaches at most this far (device pixels) beyond its points: a
     // 4.0-wide point, scaled, and a pixel for rounding.
     const int margin =

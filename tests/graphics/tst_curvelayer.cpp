@@ -1040,14 +1040,22 @@ void tst_CurveLayer::mixIgnoresOrder()
         xs[i] = i;
         ys[i] = 0.5 * std::sin(i * 0.37);
     }
+    // Every fifth run short, so that some of each curve is painted on top
+    // of the mix, in stripes.
+    std::set<qint64> breaks;
+    for (qint64 b = 0; b + 1 < n; b += (b / 9000) % 5 == 0 ? 1500 : 9000)
+        breaks.insert(b + 1500);
+    breaks.erase(n - 1);
     const int poolThreads = QThreadPool::globalInstance()->maxThreadCount();
     const auto restore = qScopeGuard(
         [poolThreads]() { QThreadPool::globalInstance()->setMaxThreadCount(poolThreads); });
-    // Mixed, in both orders, on two threads; then on one.
-    QImage pictures[2][3];
+    // Both orders on two threads, then the first order on one; then with
+    // short runs, which are painted on top in order, on two threads and on
+    // one.
+    QImage pictures[2][5];
     for (int mix = 0; mix < 2; ++mix) {
-        for (int order = 0; order < 3; ++order) {
-            QThreadPool::globalInstance()->setMaxThreadCount(order == 2 ? 1 : 2);
+        for (int order = 0; order < 5; ++order) {
+            QThreadPool::globalInstance()->setMaxThreadCount(order == 2 || order == 4 ? 1 : 2);
             CurveGraphicsView view;
             gt::makeBare(view);
             view.setOrderIndependentMix(mix == 1);
@@ -1055,9 +1063,11 @@ void tst_CurveLayer::mixIgnoresOrder()
             view.getCurveScene()->setCoord(new Curve_Coord_XY, true);
             const QColor colours[2] = {QColor(220, 30, 30), QColor(30, 30, 220)};
             for (int c = 0; c < 2; ++c) {
-                view.getCurveScene()->addCurve(QStringLiteral("C%1").arg(c),
-                                               gt::makeDataSet(xs, {ys}), true,
-                                               colours[c ^ (order & 1)], ECurveShowCap_Line, true);
+                auto* set = new Curve_DataSet_XY(1);
+                gt::fillAxis(set->getAxisData(0), xs);
+                gt::fillAxis(set->getAxisData(1), ys, order >= 3 ? breaks : std::set<qint64>{});
+                view.getCurveScene()->addCurve(QStringLiteral("C%1").arg(c), set, true,
+                                               colours[c ^ int(order == 1)], ECurveShowCap_Line, true);
             }
             view.resize(400, 300);
             view.show();
@@ -1071,6 +1081,9 @@ void tst_CurveLayer::mixIgnoresOrder()
     QVERIFY(pictures[1][0] == pictures[1][1]);
     QVERIFY(pictures[1][0] == pictures[1][2]);
     QVERIFY(pictures[0][0] == pictures[0][2]);
+    QVERIFY(pictures[1][3] == pictures[1][4]);
+    QVERIFY(pictures[0][3] == pictures[0][4]);
+    QVERIFY(pictures[1][3] != pictures[1][0]);
     // Both colours show in the mix.
     const QRgb middle = pictures[1][0].pixel(200, 135);
     QVERIFY2(qRed(middle) > qGreen(middle) + 20 && qBlue(middle) > qGreen(middle) + 20,
