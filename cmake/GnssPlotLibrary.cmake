@@ -32,6 +32,11 @@ set_target_properties(gnssplot_objects PROPERTIES
 target_compile_definitions(gnssplot_objects PRIVATE GNSSPLOT_BUILD_LIBRARY
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(gnssplot_objects PUBLIC ${GNSSPLOT_INCLUDE_DIRS})
+# Pixels are worked out by several paths (scalar, SSE2, AVX2) that must agree
+# to the bit: no multiply and add may be fused into one rounding on one path
+# only.
+target_compile_options(gnssplot_objects PRIVATE
+    $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-ffp-contract=off>)
 target_link_libraries(gnssplot_objects PUBLIC ${GNSSPLOT_QT_LIBRARIES})
 
 add_library(gnssplot SHARED $<TARGET_OBJECTS:gnssplot_objects>)

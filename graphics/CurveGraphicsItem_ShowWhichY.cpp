@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CurveGraphicsItem_ShowWhichY_p.h"
+#include "CurvePen_p.h"
 #include "gnssplot_qtcompat_p.h"
 
 #include <QGraphicsSceneMouseEvent>
@@ -11,8 +12,9 @@ CurveGraphicsItem_ShowWhichY::CurveGraphicsItem_ShowWhichY(QGraphicsItem* parent
     : QGraphicsObject(parent)
     , m_rect(QRectF(0.0, 0.0, 60.0, 60.0) + QMarginsF(1.0, 1.0, 1.0, 1.0))
     , m_boxPen(QColor(63, 72, 204, 255))
-    , m_firstBrush(QColor(0, 34, 255, 255), Qt::SolidPattern)
-    , m_otherBrush(QColor(0, 128, 0, 255), Qt::SolidPattern)
+    // The boxes wear the colours a curve shown alone is drawn in.
+    , m_firstBrush(CurvePen::singleShowColor(0), Qt::SolidPattern)
+    , m_otherBrush(CurvePen::singleShowColor(1), Qt::SolidPattern)
     , m_textPen(Qt::black)
     , m_font(QStringLiteral("Arial"), -1, -1, false)
 {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CurveGraphicsScene.h"
 
+#include "CurveGraphicsScene_p.h"
+
+#include "CurveComposition_p.h"
 #include "CurveGraphicsItem_Coord_p.h"
 #include "CurveGraphicsItem_Curve_p.h"
 #include "CurveGraphicsItem_ShowWhichY_p.h"
@@ -13,6 +16,7 @@
 #include <QPixmap>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -50,6 +54,22 @@ public:
     QMap<QString, CurveGraphicsItem_Curve*> m_curveItems;
     // Optional labelling.
     bool m_roundTimeTicks = false;
+    // The picture the curve items under the frame share, in their drawing
+    // order (the frame's children in stacking order).
+    CurveComposition m_composition{[this]() { return pictureMembers(); }};
+
+    QVector<CurveGraphicsItem_Curve_XY*> pictureMembers() const
+    {
+        QVector<CurveGraphicsItem_Curve_XY*> members;
+        if (!m_coordItem)
+            return members;
+        for (QGraphicsItem* child : m_coordItem->childItems()) {
+            auto* item = qobject_cast<CurveGraphicsItem_Curve_XY*>(child->toGraphicsObject());
+            if (item && item->isVisible())
+                members.append(item);
+        }
+        return members;
+    }
 };
 
 CurveGraphicsScene::CurveGraphicsScene(QGraphicsView* view)
@@ -164,6 +184,10 @@ void CurveGraphicsScene::onSgCoordChanged()
             connect(m_data->m_coordItem, &CurveGraphicsItem_Coord::sgDataAreaChanged, item,
                     &CurveGraphicsItem_Curve::onDataAreaChanged, Qt::UniqueConnection);
         }
+        // The coordinate the items were made with may be gone already (the
+        // registry deletes an auto-deleted one before announcing the new
+        // one): they follow the registry's current one, bound here.
+        item->rebindCoord(m_data->m_coord.data());
     }
     adjustCoordArea();
 }
@@ -204,9 +228,11 @@ void CurveGraphicsScene::onSgCurveRemoved(QString curveName)
     delete item;
 }
 
-void CurveGraphicsScene::onSgCurveShowParamChanged(QString)
+void CurveGraphicsScene::onSgCurveShowParamChanged(QString curveName)
 {
-    // Each curve item listens to the registry for its own parameters.
+    // Only the item of that name hears of it.
+    if (CurveGraphicsItem_Curve* item = m_data->m_curveItems.value(curveName, nullptr))
+        item->showParamChanged();
 }
 
 void CurveGraphicsScene::onSgCoordAreaChanged()
@@ -259,6 +285,82 @@ void CurveGraphicsScene::adjustCoordArea()
     double yMax = 0.0;
     if (m_data->m_curveScene->getAreaLimits(xMin, xMax, yMin, yMax))
         coordXY->setArea(xMin, xMax, yMin, yMax);
+}
+
+CurveComposition* CurveGraphicsSceneAccess::compositionOf(const CurveGraphicsItem_Curve_XY* item)
+{
+    auto* scene = item ? qobject_cast<CurveGraphicsScene*>(item->scene()) : nullptr;
+    if (!scene || !scene->m_data->m_coordItem
+        || item->parentItem() != scene->m_data->m_coordItem) {
+        return nullptr;
+    }
+    return &scene->m_data->m_composition;
+}
+
+void CurveGraphicsSceneAccess::preparePicture(CurveGraphicsScene* scene,
+                                              const QTransform& viewTransform,
+                                              const QSize& size, qreal ratio)
+{
+    if (!scene || !scene->m_data->m_coordItem)
+        return;
+    const QVector<CurveGraphicsItem_Curve_XY*> members = scene->m_data->pictureMembers();
+    if (members.isEmpty())
+        return;
+    // The target as the first curve's paint will see it: the item-to-device
+    // transform of the frame's children, over the viewport's pixels.
+    const QRect device(0, 0, int(std::ceil(size.width() * ratio)),
+                       int(std::ceil(size.height() * ratio)));
+    const QTransform toDevice = members.first()->deviceTransform(viewTransform)
+                                * QTransform::fromScale(ratio, ratio);
+    PictureTarget target;
+    if (members.first()->pictureTargetFor(toDevice, device, &target))
+        scene->m_data->m_composition.prepare(target);
+}
+
+QRectF CurveGraphicsSceneAccess::dataRectInScene(const CurveGraphicsScene* scene)
+{
+    auto* frame = scene ? qobject_cast<CurveGraphicsItem_Coord_PXPY*>(scene->m_data->m_coordItem)
+                        : nullptr;
+    return frame ? frame->mapRectToScene(frame->getDataRect()) : QRectF();
+}
+
+bool CurveGraphicsSceneAccess::nearestSample(CurveGraphicsScene* scene, const QPointF& scenePos,
+                                             double radius, Nearest* nearest)
+{
+    auto* frame = scene ? qobject_cast<CurveGraphicsItem_Coord_PXPY*>(scene->m_data->m_coordItem)
+                        : nullptr;
+    if (!frame || !nearest)
+        return false;
+    const QPointF inFrame = frame->mapFromScene(scenePos);
+    if (!frame->getDataRect().contains(inFrame))
+        return false;
+    double limit2 = std::numeric_limits<double>::infinity();
+    bool found = false;
+    for (QGraphicsItem* child : frame->childItems()) {
+        auto* item = qobject_cast<CurveGraphicsItem_Curve_XY*>(child->toGraphicsObject());
+        CurveNearest::Nearest sample;
+        // The curve items share the frame's coordinates.
+        if (item && item->nearestSample(inFrame - item->pos(), radius, limit2, &sample)) {
+            *nearest = Nearest{item->curveName(), sample};
+            limit2 = sample.distance2;
+            found = true;
+        }
+    }
+    return found;
+}
+
+void CurveGraphicsSceneAccess::setMixByCount(CurveGraphicsScene* scene, bool bByCount)
+{
+    if (!scene)
+        return;
+    scene->m_data->m_composition.setMix(bByCount ? CurvePicture::Mix::ByCount
+                                                 : CurvePicture::Mix::InOrder);
+    scene->update();
+}
+
+bool CurveGraphicsSceneAccess::isMixByCount(const CurveGraphicsScene* scene)
+{
+    return scene && scene->m_data->m_composition.mix() == CurvePicture::Mix::ByCount;
 }
 
 void CurveGraphicsScene::DrawXYCurveToPixmap(Curve_Coord_XY* coord, Curve_DataSet_XY* dataSet,

@@ -104,6 +104,7 @@ private slots:
 
 private:
     void adjustCoordArea();
+    friend struct CurveGraphicsSceneAccess;
 
     // The scene's state lives behind this pointer, so that later releases
     // can add to it without changing the class's size.

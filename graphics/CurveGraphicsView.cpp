@@ -2,9 +2,8 @@
 #include "CurveGraphicsView.h"
 
 #include "AxisData.h"
-#include "CurveGraphicsItem_Coord_p.h"
-#include "CurveGraphicsItem_Curve_p.h"
 #include "CurveGraphicsScene.h"
+#include "CurveGraphicsScene_p.h"
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet.h"
@@ -24,20 +23,6 @@
 
 namespace {
 
-CurveGraphicsItem_Coord_PXPY* frameOf(QGraphicsScene* scene)
-{
-    if (!scene)
-        return nullptr;
-    // The frame is the scene's one top-level object of its class; the curve
-    // items are its children.
-    for (QGraphicsItem* item : scene->items()) {
-        if (item->parentItem())
-            continue;
-        if (auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(item->toGraphicsObject()))
-            return frame;
-    }
-    return nullptr;
-}
 
 } // namespace
 
@@ -152,30 +137,27 @@ void CurveGraphicsView::resizeEvent(QResizeEvent* event)
 
 void CurveGraphicsView::paintEvent(QPaintEvent* event)
 {
-    // Each curve item would otherwise rebuild its picture on its own, one
-    // after the other, as the scene paints it; together they use every core.
+    // The curves' picture is built before the scene paints, on every core;
+    // an unchanged plot finds it current and paints it as it is.
     if (m_data->m_scene) {
-        using Item = CurveGraphicsItem_Curve_XY;
-        const double ratio = viewport()->devicePixelRatioF();
-        const QRect device(0, 0, int(std::ceil(viewport()->width() * ratio)),
-                           int(std::ceil(viewport()->height() * ratio)));
-        const QTransform toDevice = QTransform::fromScale(ratio, ratio);
-        const QTransform viewTransform = viewportTransform();
-        QVector<Item*> items;
-        QVector<Item::LayerTarget> targets;
-        for (QGraphicsItem* graphicsItem : m_data->m_scene->items()) {
-            auto* item = dynamic_cast<Item*>(graphicsItem);
-            Item::LayerTarget target;
-            if (item && item->isVisible()
-                && item->layerTargetFor(item->deviceTransform(viewTransform) * toDevice, device,
-                                        &target)) {
-                items.append(item);
-                targets.append(target);
-            }
-        }
-        Item::prepareLayers(items, targets);
+        CurveGraphicsSceneAccess::preparePicture(m_data->m_scene, viewportTransform(),
+                                                 viewport()->size(),
+                                                 viewport()->devicePixelRatioF());
     }
     QGraphicsView::paintEvent(event);
+}
+
+void CurveGraphicsView::setOrderIndependentMix(bool bOn)
+{
+    if (bOn == isOrderIndependentMix())
+        return;
+    CurveGraphicsSceneAccess::setMixByCount(m_data->m_scene, bOn);
+    viewport()->update();
+}
+
+bool CurveGraphicsView::isOrderIndependentMix() const
+{
+    return CurveGraphicsSceneAccess::isMixByCount(m_data->m_scene);
 }
 
 void CurveGraphicsView::onScene_coordChanged()
@@ -365,10 +347,8 @@ void CurveGraphicsView::showWholeRange()
 
 QRectF CurveGraphicsView::dataAreaInViewport() const
 {
-    const CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_data->m_scene);
-    if (!frame)
-        return QRectF();
-    return viewportTransform().mapRect(frame->mapRectToScene(frame->getDataRect()));
+    const QRectF area = CurveGraphicsSceneAccess::dataRectInScene(m_data->m_scene);
+    return area.isNull() ? QRectF() : viewportTransform().mapRect(area);
 }
 
 // The time gestures are the navigator's, which sees every event first; these
@@ -466,37 +446,19 @@ bool CurveGraphicsView::hasHoverToolTip() const
 
 bool CurveGraphicsView::hoverSampleAt(const QPoint& viewportPos, HoverSample& sample)
 {
-    CurveGraphicsItem_Coord_PXPY* frame = frameOf(m_data->m_scene);
-    if (!frame)
-        return false;
     bool bInvertible = false;
     const QTransform toScene = viewportTransform().inverted(&bInvertible);
-    if (!bInvertible)
+    CurveGraphicsSceneAccess::Nearest nearest;
+    if (!bInvertible
+        || !CurveGraphicsSceneAccess::nearestSample(
+            m_data->m_scene, toScene.map(QPointF(viewportPos)), kHoverRadius, &nearest)) {
         return false;
-    const QPointF inFrame = frame->mapFromScene(toScene.map(QPointF(viewportPos)));
-    if (!frame->getDataRect().contains(inFrame))
-        return false;
-    using Item = CurveGraphicsItem_Curve_XY;
-    Item::Nearest best;
-    const Item* bestItem = nullptr;
-    double limit2 = std::numeric_limits<double>::infinity();
-    for (QGraphicsItem* child : frame->childItems()) {
-        auto* item = dynamic_cast<Item*>(child);
-        Item::Nearest found;
-        // The curve items share the frame's coordinates.
-        if (item && item->nearestSample(inFrame - item->pos(), kHoverRadius, limit2, &found)) {
-            best = found;
-            bestItem = item;
-            limit2 = found.distance2;
-        }
     }
-    if (!bestItem)
-        return false;
-    sample.curveName = bestItem->curveName();
-    sample.yIndex = best.yIndex;
-    sample.sampleIndex = best.index;
-    sample.timeMs = best.x;
-    sample.value = best.y;
+    sample.curveName = nearest.curveName;
+    sample.yIndex = nearest.sample.yIndex;
+    sample.sampleIndex = nearest.sample.index;
+    sample.timeMs = nearest.sample.x;
+    sample.value = nearest.sample.y;
     return true;
 }
 

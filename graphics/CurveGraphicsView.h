@@ -89,6 +89,10 @@ class GNSSPLOT_EXPORT CurveGraphicsView : public QGraphicsView
                    WRITE setHoverReadOutEnabled)
     /*! Whether the hover read-out shows a tool tip; false by default. */
     Q_PROPERTY(bool hoverToolTip READ hasHoverToolTip WRITE setHoverToolTip)
+    /*! Whether curves are mixed so that none hides another; false by
+        default. */
+    Q_PROPERTY(bool orderIndependentMix READ isOrderIndependentMix
+                   WRITE setOrderIndependentMix)
 public:
     /*! A drawn sample, as the hover read-out finds it. */
     struct HoverSample
@@ -148,6 +152,19 @@ public:
     void setPlotMargins(int left, int right);
     /*! The margins set by setPlotMargins(), pixels. */
     void getPlotMargins(int& left, int& right) const;
+    /*! Mixes the curves so that none hides another (true): a pixel's colour
+        then depends on how many crossings of each colour reach it, not on
+        the order of the curves, and every constellation of a dense plot
+        stays visible. Each colour weighs by its coverage of the pixel,
+        1 - (1 - alpha)^n for n crossings, and the coverages combine into
+        the pixel's alpha. Short runs and single points, and curves whose
+        times are not in order, are drawn on top in curve order. false (the
+        default) composes each curve over the curves before it, in name
+        order. Repaints when the setting changes. */
+    void setOrderIndependentMix(bool bOn);
+    /*! Whether the curves are mixed independently of their order; false by
+        default. */
+    bool isOrderIndependentMix() const;
 
     /*! Puts the X ticks on round times of day (true) or back on the eleven
         evenly spaced ticks (false, the default) and relabels at once. */

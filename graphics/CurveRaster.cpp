@@ -40,65 +40,6 @@ quint32 mul255(quint32 x, quint32 a)
 
 } // namespace
 
-namespace {
-
-// The arithmetic shared by rows and columns: truncate the item coordinate
-// toward zero within +-kItemLimit, scale, offset, floor, saturate. Written
-// without calls or branches so that it can run several samples at a time.
-inline double clampTo(double v, double limit)
-{
-    const double low = v < -limit ? -limit : v;
-    return low > limit ? limit : low;
-}
-
-inline qint32 devicePixel(double itemCoord, double scale, double offset)
-{
-    const double item = clampTo(itemCoord, double(kItemLimit));
-    const double v = clampTo(scale * double(qint32(item)) + offset, double(kCoordLimit));
-    const qint32 t = qint32(v);
-    return t - qint32(v < double(t));
-}
-
-} // namespace
-
-namespace {
-
-template <bool bYDown>
-void mapRowsAs(const CoordMapping& mapping, double m22, double dy, const double* ys,
-               const qint32* columns, qint64 n, qint32* rows)
-{
-    for (qint64 i = 0; i < n; ++i) {
-        const double py = mapping.mapYAs<bYDown>(ys[i]);
-        // A NaN is replaced before any conversion sees it. Plain bitwise
-        // logic keeps the loop free of branches.
-        const bool none = (py != py) | (columns[i] == kNoPixel);
-        const qint32 row = devicePixel(none ? 0.0 : py, m22, dy);
-        rows[i] = none ? kNoPixel : row;
-    }
-}
-
-} // namespace
-
-void mapRows(const CoordMapping& mapping, double m22, double dy, const double* ys,
-             const qint32* columns, qint64 n, qint32* rows)
-{
-    if (mapping.yDown)
-        mapRowsAs<true>(mapping, m22, dy, ys, columns, n, rows);
-    else
-        mapRowsAs<false>(mapping, m22, dy, ys, columns, n, rows);
-}
-
-void mapColumns(const CoordMapping& mapping, double m11, double dx, const double* xs, qint64 n,
-                qint32* columns)
-{
-    for (qint64 i = 0; i < n; ++i) {
-        const double px = mapping.mapX(xs[i]);
-        const bool none = px != px;
-        const qint32 column = devicePixel(none ? 0.0 : px, m11, dx);
-        columns[i] = none ? kNoPixel : column;
-    }
-}
-
 void ColumnSteps::build(const CoordMapping& mapping, double m11, double dx, const double* xs,
                         qint64 first, qint64 last)
 {
@@ -170,6 +111,23 @@ qint32 ColumnSteps::at(qint64 j) const
     return m_columns[stepOf(j)];
 }
 
+void ColumnSteps::around(int lo, int hi, qint64& first, qint64& last) const
+{
+    // The columns of the steps run one way, so the samples in lo .. hi are
+    // one stretch; with the neighbour on each side, every segment that
+    // reaches those columns is in it, even when no sample is.
+    const bool ascending = m_columns.back() >= m_columns.front();
+    const auto before = [&](qint32 c) { return ascending ? c < lo : c > hi; };
+    const auto within = [&](qint32 c) { return ascending ? c <= hi : c >= lo; };
+    const auto a = std::partition_point(m_columns.begin(), m_columns.end(), before);
+    const auto b = std::partition_point(a, m_columns.end(), within);
+    const auto startOf = [&](std::vector<qint32>::const_iterator it) {
+        return it == m_columns.end() ? m_end : m_starts[size_t(it - m_columns.begin())];
+    };
+    first = std::max(m_starts.front(), startOf(a) - 1);
+    last = std::min(m_end - 1, startOf(b));
+}
+
 void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor)
 {
     qint64 i = 0;
@@ -188,34 +146,48 @@ void Counter::polyline(const qint32* columns, const qint32* rows, qint64 n, Curs
     const int top = m_top;
     const int last = m_top + m_height - 1;
     const size_t stride = size_t(m_height + 1);
-    qint32* const diff = m_diff.data();
-    int* const los = m_lo.data();
-    int* const his = m_hi.data();
+    // The column being walked: its counts, and its touched rows kept in
+    // registers until the walk leaves it (a store and reload per sample
+    // would chain every sample to the one before).
+    unsigned col = unsigned(c0 - m_left);
+    qint32* d = col < width ? m_diff.data() + size_t(col) * stride : nullptr;
+    int lo = m_height;
+    int hi = -1;
+    const auto leave = [&]() {
+        if (d && lo <= hi) {
+            m_lo[col] = std::min(m_lo[col], lo);
+            m_hi[col] = std::max(m_hi[col], hi);
+        }
+    };
     for (; i < n; ++i) {
         const int r = rows[i];
         if (r == kNoPixel)
             continue;
         const int c = columns[i];
         if (c != c0) {
+            leave();
             slanted(c0, r0, c, r);
-        } else {
-            // The common case of dense data: a span down one column.
-            const unsigned col = unsigned(c - m_left);
-            int lo = r > r0 ? r0 + 1 : r;
-            int hi = r > r0 ? r : r0 - 1;
-            lo = std::max(lo, top) - top;
-            hi = std::min(hi, last) - top;
-            if (col < width && lo <= hi) {
-                qint32* d = diff + size_t(col) * stride;
-                ++d[lo];
-                --d[hi + 1];
-                los[col] = std::min(los[col], lo);
-                his[col] = std::max(his[col], hi);
+            col = unsigned(c - m_left);
+            d = col < width ? m_diff.data() + size_t(col) * stride : nullptr;
+            lo = m_height;
+            hi = -1;
+        } else if (d) {
+            // The common case of dense data: a span down one column, its
+            // start row excluded; none when the row stays. Written without
+            // a branch on the direction, which noise makes a coin toss.
+            const int first = std::max(std::min(r, r0 + 1), top) - top;
+            const int end = std::min(std::max(r - int(r == r0), r0 - 1), last) - top;
+            if (first <= end) {
+                ++d[first];
+                --d[end + 1];
+                lo = std::min(lo, first);
+                hi = std::max(hi, end);
             }
         }
         c0 = c;
         r0 = r;
     }
+    leave();
     cursor.c = c0;
     cursor.r = r0;
 }

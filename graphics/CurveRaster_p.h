@@ -42,6 +42,12 @@
 
     Coordinates are 32-bit device pixels; callers saturate them beyond
     +-kCoordLimit, which keeps every product below 2^62.
+
+    Nothing here knows about curve items. To draw any polylines this way:
+    begin() a Counter on the target's device-pixel rectangle (or on a block
+    of its columns, one counter per thread), feed each polyline's pixels
+    to polyline() with a fresh Cursor, then resolve() the counts and blend
+    BlendTable(premultiply(colour))(n) over each pixel with over().
 */
 namespace CurveRaster {
 
@@ -58,6 +64,16 @@ struct Cursor
     int c = 0;
     int r = 0;
 };
+
+// How mapRows() and mapColumns() run: one sample at a time, two (SSE2, the
+// x86-64 baseline) or four (AVX2, where the processor has it). Every path
+// gives the same pixels to the bit; the best one available is used unless
+// setMapPath() chose another.
+enum class MapPath { Scalar, Sse2, Avx2 };
+bool isMapPathAvailable(MapPath path);
+// False, changing nothing, when \a path is not available here.
+bool setMapPath(MapPath path);
+MapPath mapPath();
 
 // The device row of every sample in \a n: the item pixel of
 // CoordMapping::mapY truncated toward zero (saturated at +-kItemLimit), then
@@ -84,6 +100,12 @@ public:
     void fill(qint64 j, qint64 n, qint32* columns) const;
     // The column of sample j, within the built range.
     qint32 at(qint64 j) const;
+    // The samples whose columns lie in lo .. hi and the nearest one outside
+    // on each side, within the built range; needs at least one step.
+    void around(int lo, int hi, qint64& first, qint64& last) const;
+    // The first sample of the built range, and one past its last.
+    qint64 begin() const { return m_starts.empty() ? m_end : m_starts.front(); }
+    qint64 end() const { return m_end; }
     // How many steps the columns took.
     size_t size() const { return m_starts.size(); }
     // Whether every sample has a column (none is kNoPixel).
@@ -121,6 +143,16 @@ public:
     // on from \a cursor; pixels marked kNoPixel are left out and their
     // neighbours joined.
     void polyline(const qint32* columns, const qint32* rows, qint64 n, Cursor& cursor);
+
+    // The rows counted so far in target-relative column \a col: lo > hi when
+    // none.
+    int touchedLo(int col) const { return m_lo[size_t(col)]; }
+    int touchedHi(int col) const { return m_hi[size_t(col)]; }
+    // Calls \a sink(column, row, count) for every pixel counted, column by
+    // column, rows ascending, in target-relative pixels, and leaves the
+    // counter zeroed for the next use.
+    template <class Sink>
+    void resolve(Sink&& sink);
 
 private:
     template <class Sink>
@@ -190,7 +222,30 @@ void resolveSum(std::vector<Counter>& counters, size_t used, Sink&& sink)
     }
 }
 
-// Premultiplied 8-bit ARGB source-over, the arithmetic of the layers:
+template <class Sink>
+void Counter::resolve(Sink&& sink)
+{
+    const size_t stride = size_t(m_height + 1);
+    for (int col = 0; col < m_width; ++col) {
+        const int lo = m_lo[size_t(col)];
+        const int hi = m_hi[size_t(col)];
+        if (lo > hi)
+            continue;
+        qint32* d = m_diff.data() + size_t(col) * stride;
+        qint32 acc = 0;
+        for (int row = lo; row <= hi; ++row) {
+            acc += d[row];
+            d[row] = 0;
+            if (acc > 0)
+                sink(col, row, quint32(acc));
+        }
+        d[hi + 1] = 0;
+        m_lo[size_t(col)] = m_height;
+        m_hi[size_t(col)] = -1;
+    }
+}
+
+// Premultiplied 8-bit ARGB source-over, the arithmetic of the pictures:
 // each channel is src + dst * (255 - srcAlpha) / 255, rounded to nearest.
 inline quint32 over(quint32 src, quint32 dst)
 {
@@ -215,10 +270,10 @@ class BlendTable
 {
 public:
     explicit BlendTable(quint32 premultipliedColour);
-    quint32 operator()(quint32 n) const
-    {
-        return m_table[n < m_table.size() ? n : m_table.size() - 1];
-    }
+    quint32 operator()(quint32 n) const { return m_table[index(n)]; }
+    // Where count \a n reads the table, and how many entries it has.
+    size_t index(quint32 n) const { return n < m_table.size() ? n : m_table.size() - 1; }
+    size_t size() const { return m_table.size(); }
 
 private:
     std::vector<quint32> m_table;

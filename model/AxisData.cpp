@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AxisData.h"
+#include "AxisSamples_p.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -11,12 +12,14 @@
 
 namespace {
 
-// Sample blocks come from malloc and go back to free.
+// Sample blocks come from malloc and go back to free. A published block is
+// shared: a reader that pinned it (AxisSamples) keeps it alive after the
+// next publish hands the axis a new one.
 struct FreeSamples
 {
     void operator()(double* block) const { std::free(block); }
 };
-using SampleBlock = std::unique_ptr<double[], FreeSamples>;
+using SampleBlock = std::shared_ptr<double>;
 
 // A block of \a num samples, or null. A host fills a fresh block on every
 // publish, so the first touch of every page is part of its cost: on Linux
@@ -136,7 +139,7 @@ bool AxisData::allocData(qint64 num, QString* errorString)
         return false;
     }
 
-    setting.samples.reset(block);
+    setting.samples.reset(block, FreeSamples());
     setting.count = num;
     setting.areaBegin = 0;
     setting.areaEnd = num - 1;
@@ -282,4 +285,20 @@ void AxisData::getBreakInfo(std::set<qint64>& breaks) const
             break;
         breaks.insert(breaks.end(), r);
     }
+}
+
+AxisSamples AxisSamples::pin(const AxisData* axis)
+{
+    AxisSamples pinned;
+    if (!axis)
+        return pinned;
+    const AxisBuffer& published = axis->m_data->published;
+    qint64 count = 0;
+    pinned.first = published.at(0, &count);
+    if (!pinned.first)
+        return pinned;
+    pinned.block = published.samples;
+    pinned.count = count;
+    axis->getBreakInfo(pinned.breaks);
+    return pinned;
 }

@@ -105,6 +105,9 @@ signals:
     void sgDataChanged();
 
 private:
+    // Lets a reader keep the published samples it showed alive after a new
+    // publish (model/AxisSamples_p.h).
+    friend struct AxisSamples;
     class PrivateData;
     // All state lives here, so that a later release can add to it without
     // changing the size of the class.

@@ -41,7 +41,8 @@ void tst_DesignerPlugin::createsEveryWidget()
             switches << QStringLiteral("timeNavigationEnabled");
         if (widget->name() == QStringLiteral("CurveGraphicsView")) {
             switches << QStringLiteral("roundTimeTicks") << QStringLiteral("hoverReadOutEnabled")
-                     << QStringLiteral("hoverToolTip");
+                     << QStringLiteral("hoverToolTip")
+                     << QStringLiteral("orderIndependentMix");
         }
         if (widget->name() == QStringLiteral("SkyGraphicsView")) {
             switches << QStringLiteral("hoverReadOutEnabled") << QStringLiteral("hoverToolTip")

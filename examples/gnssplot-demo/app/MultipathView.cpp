@@ -25,6 +25,7 @@ MultipathView::MultipathView(QWidget* parent)
     : CurveGraphicsView(parent)
     , m_emptyLabel(new QLabel(viewport()))
 {
+    setOrderIndependentMix(true);  // no constellation hides another in a dense day
     // The library's time navigation refits Y from the data after each
     // step; the host's own Y range is put back on top of it.
     connect(this, &CurveGraphicsView::sgTimeWindowChanged, this, [this] {

@@ -24,6 +24,8 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <memory>
 
 using namespace gnssdemo;
@@ -32,6 +34,11 @@ namespace {
 
 const QString kAjac = QStringLiteral(GNSSPLOT_TEST_DATA_DIR)
                       + QStringLiteral("/AJAC00FRA_R_20242090000_01D_30S_MO.rnx.gz");
+
+// The window's logical size and the display's device pixel ratio; one per
+// process ("--window 1920x1080@2"), the ratio being QT_SCALE_FACTOR.
+QSize gWindow(1280, 800);
+double gRatio = 1.0;
 
 // Paints the view's viewport the way the window system would ask for it.
 void paintView(CurveGraphicsView* view, QImage* target)
@@ -44,7 +51,8 @@ void paintView(CurveGraphicsView* view, QImage* target)
 // once, so that a benchmark's first iteration starts from a shown picture.
 QImage paintedFrame(CurveGraphicsView* view)
 {
-    QImage frame(view->viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    QImage frame(view->viewport()->size() * gRatio, QImage::Format_ARGB32_Premultiplied);
+    frame.setDevicePixelRatio(gRatio);
     paintView(view, &frame);
     return frame;
 }
@@ -69,7 +77,7 @@ bool showLoaded(DemoWindow& window, benchmark::State& state)
         state.SkipWithError("AJAC file not found");
         return false;
     }
-    window.resize(1280, 800);
+    window.resize(gWindow);
     window.show();
     QApplication::processEvents();
     QString error;
@@ -88,7 +96,7 @@ void BM_LoadAndShow(benchmark::State& state)
         return;
     }
     DemoWindow window;
-    window.resize(1280, 800);
+    window.resize(gWindow);
     window.show();
     QApplication::processEvents();
     QImage frame(window.size(), QImage::Format_ARGB32_Premultiplied);
@@ -274,6 +282,25 @@ BENCHMARK(BM_SkyTracksDay)
 
 int main(int argc, char** argv)
 {
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (std::strcmp(argv[i], "--window") != 0)
+            continue;
+        int w = 0;
+        int h = 0;
+        double r = 0.0;
+        if (std::sscanf(argv[i + 1], "%dx%d@%lf", &w, &h, &r) != 3 || w < 1 || h < 1
+            || !(r >= 1.0)) {
+            std::fprintf(stderr, "--window WxH@R, for example 1920x1080@2\n");
+            return 2;
+        }
+        gWindow = QSize(w, h);
+        gRatio = r;
+        for (int j = i; j + 2 <= argc; ++j)
+            argv[j] = argv[j + 2];
+        argc -= 2;
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(gRatio));
+        break;
+    }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
