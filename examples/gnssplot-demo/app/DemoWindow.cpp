@@ -29,10 +29,10 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -68,7 +68,11 @@ DemoWindow::DemoWindow(QWidget* parent)
     m_plots = new QStackedWidget;
     for (int q = 0; q < PlotQuantityCount; ++q) {
         auto* view = new MultipathView;
-        view->setMinimumSize(240, 140);
+        // Below about 300 pixels the frame's lowest Y label meets its date
+        // caption in the lower left corner, below 335 the label under the
+        // top one meets the F 2 box. The window has room for that even at
+        // 800 x 500: its actions live in the menus alone.
+        view->setMinimumSize(240, 340);
         view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         view->setFrameShape(QFrame::NoFrame);
@@ -80,8 +84,12 @@ DemoWindow::DemoWindow(QWidget* parent)
     auto* curveLayout = new QVBoxLayout(curvePane);
     curveLayout->setContentsMargins(0, 0, 0, 0);
     curveLayout->setSpacing(2);
-    auto* curveBar = new QHBoxLayout;
-    curveBar->setContentsMargins(6, 2, 6, 0);
+    // What the plot shows and how, in the menu bar's corner: the plot keeps
+    // the height it needs for its labels even in a small window.
+    m_controls = new QWidget;
+    auto* curveBar = new QHBoxLayout(m_controls);
+    curveBar->setContentsMargins(6, 1, 4, 1);
+    curveBar->setSpacing(6);
     m_quantityChoice = new QComboBox;
     for (int q = 0; q < PlotQuantityCount; ++q) {
         const auto quantity = PlotQuantity(q);
@@ -91,20 +99,19 @@ DemoWindow::DemoWindow(QWidget* parent)
                                       Qt::ToolTipRole);
     }
     m_quantityChoice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_quantityChoice->setMinimumContentsLength(14);
+    m_quantityChoice->setMinimumContentsLength(10);
     curveBar->addWidget(m_quantityChoice, 2);
     auto* fit = new QPushButton(tr("Fit Y"));
     fit->setToolTip(tr("Fit Y to the data in the time window shown (F)"));
     curveBar->addWidget(fit);
-    curveBar->addStretch(1);
     auto* showLabel = new QLabel(tr("Show:"));
     curveBar->addWidget(showLabel);
     m_singleChoice = new QComboBox;
-    m_singleChoice->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    m_singleChoice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_singleChoice->setMinimumContentsLength(8);
     m_singleChoice->setToolTip(tr("Show one satellite's curve alone, highlighted; satellites "
                                   "unchecked at the last Apply are not offered"));
     curveBar->addWidget(m_singleChoice);
-    curveLayout->addLayout(curveBar);
     // The legend wraps instead of widening the window.
     m_legend = new QLabel;
     m_legend->setWordWrap(true);
@@ -126,7 +133,7 @@ DemoWindow::DemoWindow(QWidget* parent)
     m_table = new CurveGraphicsTableWidget_Epoch;
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->hide();
-    m_table->setMinimumHeight(100);
+    m_table->setMinimumHeight(64);
     m_table->setFrameShape(QFrame::NoFrame);
     m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // Cells are not for selecting: the mouse marks epochs.
@@ -161,11 +168,16 @@ DemoWindow::DemoWindow(QWidget* parent)
     };
     m_skyDock = dock(m_skyPane, tr("Sky"), QStringLiteral("sky"));
     m_qualityDock = dock(m_quality, tr("Quality"), QStringLiteral("quality"));
-    m_panelDock = dock(m_panel, tr("Marks"), QStringLiteral("marks"));
+    // The panel is taller than a small window: it scrolls in its dock.
+    auto* panelScroll = new QScrollArea;
+    panelScroll->setWidget(m_panel);
+    panelScroll->setWidgetResizable(true);
+    panelScroll->setFrameShape(QFrame::NoFrame);
+    panelScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_panelDock = dock(panelScroll, tr("Marks"), QStringLiteral("marks"));
     tabifyDockWidget(m_skyDock, m_qualityDock);
     tabifyDockWidget(m_qualityDock, m_panelDock);
     m_skyDock->raise();
-    resizeDocks({m_skyDock}, {380}, Qt::Horizontal);
 
     // Both status lines take the width they are given and cut their text
     // with "...": they never keep the window from shrinking. The hint is an
@@ -180,6 +192,7 @@ DemoWindow::DemoWindow(QWidget* parent)
     m_hint->setPalette(grey);
     statusBar()->addWidget(m_hint, 2);
     buildMenus();
+    menuBar()->setCornerWidget(m_controls, Qt::TopRightCorner);
 
     for (int q = 0; q < PlotQuantityCount; ++q) {
         const auto quantity = PlotQuantity(q);
@@ -231,6 +244,26 @@ DemoWindow::DemoWindow(QWidget* parent)
 }
 
 DemoWindow::~DemoWindow() = default;
+
+void DemoWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (m_docksSized)
+        return;
+    m_docksSized = true;
+    // The side takes a quarter of a small window and 320 pixels of a large
+    // one, so that the plot keeps most of the width.
+    resizeDocks({m_skyDock}, {std::max(240, std::min(320, width() / 4))}, Qt::Horizontal);
+}
+
+void DemoWindow::showDock(Dock dock)
+{
+    QDockWidget* d = dock == Dock::Sky       ? m_skyDock
+                     : dock == Dock::Quality ? m_qualityDock
+                                             : m_panelDock;
+    d->show();
+    d->raise();
+}
 
 SkyGraphicsView* DemoWindow::sky() const
 {
@@ -290,15 +323,6 @@ void DemoWindow::buildMenus()
     viewMenu->addAction(m_qualityDock->toggleViewAction());
     viewMenu->addAction(m_panelDock->toggleViewAction());
 
-    QToolBar* tools = addToolBar(tr("Main"));
-    tools->setObjectName(QStringLiteral("main"));
-    tools->setMovable(false);
-    tools->addAction(open);
-    tools->addAction(openNav);
-    tools->addAction(synthetic);
-    tools->addSeparator();
-    tools->addAction(saveCurve);
-    tools->addAction(saveBars);
 }
 
 void DemoWindow::buildLegend()

@@ -48,8 +48,14 @@ public:
         Marks,     //!< loss of lock, phase jumps and gaps in the window
     };
 
+    /*! The docks at the side, tabbed. */
+    enum class Dock { Sky, Quality, Marks };
+
     explicit DemoWindow(QWidget* parent = nullptr);
     ~DemoWindow() override;
+
+    /*! Brings \a dock to the front of its tabs (and shows it if closed). */
+    void showDock(Dock dock);
 
     /*! Replaces the shown data by \a source (see DemoHost::load()). */
     bool load(std::unique_ptr<ObservationSource> source, QString* error);
@@ -102,6 +108,12 @@ public:
     ElidedLabel* hintLine() const { return m_hint; }
     /*! The legend of the plot, above it. */
     QLabel* legend() const { return m_legend; }
+    /*! The plot's choices in the menu bar's corner: the quantity, Fit Y and
+        Show. */
+    QWidget* controls() const { return m_controls; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
 
 private:
     void buildMenus();
@@ -128,6 +140,7 @@ private:
     MultipathView* m_views[PlotQuantityCount] = {};
     QStackedWidget* m_plots;
     QComboBox* m_quantityChoice;
+    QWidget* m_controls;
     CurveGraphicsTableWidget_Epoch* m_table;
     ReadbackPanel* m_panel;
     SkyPane* m_skyPane;
@@ -146,6 +159,7 @@ private:
     QStringList m_navigationFiles;
     QLabel* m_messageLine;
     QString m_readMessage;
+    bool m_docksSized = false;
 };
 
 } // namespace gnssdemo

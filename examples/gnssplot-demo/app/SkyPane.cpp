@@ -80,7 +80,7 @@ SkyPane::SkyPane(QWidget* parent)
     , m_map(new QComboBox)
     , m_note(new QLabel)
 {
-    m_sky->setMinimumSize(200, 200);
+    m_sky->setMinimumSize(160, 160);
     m_sky->setFrameShape(QFrame::NoFrame);
     m_marker = new SkyMarker(m_sky);
     m_marker->hide();
