@@ -251,9 +251,9 @@ void DemoWindow::showEvent(QShowEvent* event)
     if (m_docksSized)
         return;
     m_docksSized = true;
-    // The side takes a quarter of a small window and 320 pixels of a large
-    // one, so that the plot keeps most of the width.
-    resizeDocks({m_skyDock}, {std::max(240, std::min(320, width() / 4))}, Qt::Horizontal);
+    // The side takes a quarter of the window, from 240 to 400 pixels, so
+    // that the plot keeps most of the width.
+    resizeDocks({m_skyDock}, {std::max(240, std::min(400, width() / 4))}, Qt::Horizontal);
 }
 
 void DemoWindow::showDock(Dock dock)
