@@ -359,6 +359,10 @@ void tst_DemoSnapshot::skySnapshot_data()
     QTest::newRow("NYA1, navigation beside it")
         << QStringLiteral("NYA100NOR_S_20241240000_01D_30S_MO.crx.gz") << QStringList()
         << QStringLiteral("CEG") << QStringLiteral("R01, R02, R03");
+    // A mixed navigation file beside it: every system of the file has a sky.
+    QTest::newRow("ESBC, mixed navigation beside it")
+        << QStringLiteral("ESBC00DNK_R_20201770000_01D_30S_MO.crx.gz") << QStringList()
+        << QStringLiteral("CEGJRS") << QStringLiteral("none");
     // GRAS's Galileo navigation given for AJAC's day.
     QTest::newRow("AJAC with GRAS's Galileo navigation")
         << QStringLiteral("AJAC00FRA_R_20242090000_01D_30S_MO.rnx.gz")
@@ -368,7 +372,9 @@ void tst_DemoSnapshot::skySnapshot_data()
 
 // sky.csv as a reader of it needs it: the header, one row per satellite and
 // epoch in order, angles in range with three decimals, as many rows as the
-// summary says, and the observed satellites without ephemeris named.
+// summary says, and the observed satellites without ephemeris named; sky.png
+// with tracks in the colours of signal strength; and the quality numbers
+// counted above the elevation mask.
 void tst_DemoSnapshot::skySnapshot()
 {
     QFETCH(QString, rinex);
@@ -442,6 +448,31 @@ void tst_DemoSnapshot::skySnapshot()
         QVERIFY2(it.value() <= epochs, qPrintable(it.key()));
     std::sort(seenSystems.begin(), seenSystems.end());
     QCOMPARE(seenSystems, systems);
+
+    // The sky picture: 800 x 800, its tracks in the scale's colours (grey
+    // rings, white ground and black text are not colourful).
+    const QImage sky(dir.filePath(QStringLiteral("sky.png")));
+    QCOMPARE(sky.size(), QSize(800, 800));
+    const QString picturesLine = summaryLine(lines, QStringLiteral("pictures:"));
+    QVERIFY2(picturesLine.contains(QLatin1String(" sky.png 800x800")), qPrintable(picturesLine));
+    int colourful = 0;
+    for (int y = 0; y < sky.height(); ++y) {
+        for (int x = 0; x < sky.width(); ++x) {
+            const QRgb c = sky.pixel(x, y);
+            const int hi = std::max({qRed(c), qGreen(c), qBlue(c)});
+            const int lo = std::min({qRed(c), qGreen(c), qBlue(c)});
+            colourful += hi - lo > 120 ? 1 : 0;
+        }
+    }
+    QVERIFY2(colourful > 5000, qPrintable(QString::number(colourful)));
+
+    // With positions, every system's completeness is counted above the mask.
+    const QString all = summaryLine(lines, QStringLiteral("  all "));
+    const QStringList numbers = all.simplified().split(QLatin1Char(' '));
+    QVERIFY2(numbers.size() >= 10, qPrintable(all));
+    QVERIFY2(numbers[2].toLongLong() > 0, qPrintable(all));
+    const double complete = numbers[3].toDouble();
+    QVERIFY2(complete > 50.0 && complete <= 100.0, qPrintable(all));
 }
 
 QTEST_MAIN(tst_DemoSnapshot)

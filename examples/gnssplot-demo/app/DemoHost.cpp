@@ -121,6 +121,7 @@ DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, Q
     , m_view(view)
     , m_table(table)
 {
+    m_views[int(PlotQuantity::Multipath)] = view;
     m_view->getCurveScene()->setCoord(new Curve_Coord_XY, true);
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgStateliteSelection, this,
             &DemoHost::onTableSelection);
@@ -281,11 +282,20 @@ bool writeAll(QIODevice* device, const QByteArray& text)
 bool DemoHost::writeCurvesCsv(QIODevice* device, const QStringList& names,
                               const QList<int>& yIndexes, double tMin, double tMax) const
 {
+    return writeCurvesCsv(device, PlotQuantity::Multipath, names, yIndexes, tMin, tMax);
+}
+
+bool DemoHost::writeCurvesCsv(QIODevice* device, PlotQuantity quantity, const QStringList& names,
+                              const QList<int>& yIndexes, double tMin, double tMax) const
+{
     if (!writeAll(device, CurveCsvHeader))
         return false;
+    const int decimals = quantity == PlotQuantity::Multipath        ? 4
+                         : quantity == PlotQuantity::SignalStrength ? 1
+                                                                    : 0;
     QByteArray rows;
     for (const QString& name : names) {
-        const Curve_DataSet_XY* dataSet = m_curves.value(name);
+        const Curve_DataSet_XY* dataSet = curveOf(quantity, name);
         if (!dataSet)
             continue;
         qint64 count = 0;
@@ -297,9 +307,11 @@ bool DemoHost::writeCurvesCsv(QIODevice* device, const QStringList& names,
             const double* ys = axis ? axis->getData(0, &n) : nullptr;
             if (n != count)
                 continue;
+            const QString signal = signalOf(quantity, name, index);
+            if (signal.isEmpty())
+                continue;
             rows.clear();
-            appendCurveRows(rows, name, QStringLiteral("MP%1").arg(index + 1), xs, ys, count,
-                            tMin, tMax, 4);
+            appendCurveRows(rows, name, signal, xs, ys, count, tMin, tMax, decimals);
             if (!writeAll(device, rows))
                 return false;
         }
@@ -362,6 +374,19 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
     m_findings.clear();
     m_hasSignalStrength = false;
     m_lastApply = ApplyResult();
+    m_greyed.clear();
+    m_highlighted.clear();
+    for (int q = 1; q < PlotQuantityCount; ++q) {
+        m_published[q] = false;
+        if (m_views[q])
+            m_views[q]->getCurveScene()->removeAllCurves();
+    }
+    m_strength.clear();
+    m_strengthInfo.clear();
+    m_counts.clear();
+    if (m_sky)
+        m_sky->getTrackScene()->removeAllCurves();
+    m_tracks.clear();
     m_table->clearAll();
 
     m_doc = std::make_unique<DemoDocument>(std::move(source));
@@ -412,6 +437,12 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
     m_view->resetZoom();
     fitYRange();
     m_view->setEmptyText(emptyReason());
+    m_published[int(PlotQuantity::Multipath)] = true;
+    // Every view starts on the new file's whole span, with an axis even
+    // when it has nothing to draw.
+    resetViews();
+    publishQuantity(m_current);
+    publishSky();
     m_stats.loadMs = timer.elapsed();
     readBack();
     emit loaded();
@@ -528,6 +559,12 @@ void DemoHost::applyMarks()
     // One rebuild of every item, with the new data and the new Y range.
     fitYRange();
     m_view->setEmptyText(emptyReason());
+    // The other quantities follow the erased epochs when next shown.
+    for (int q = 1; q < PlotQuantityCount; ++q)
+        m_published[q] = false;
+    publishQuantity(m_current);
+    fillSkyValues();
+    greyUncheckedRows();
     result.elapsedMs = timer.elapsed();
     m_lastApply = result;
     emit applied();
@@ -539,26 +576,46 @@ bool DemoHost::setSingleCurve(const QString& name)
     if (!name.isEmpty() && (!m_curves.contains(name) || m_hidden.contains(name)))
         return false;
     CurveScene* curves = registry();
+    CurveScene* strength = m_views[int(PlotQuantity::SignalStrength)]
+                               ? m_views[int(PlotQuantity::SignalStrength)]->getCurveScene()
+                               : nullptr;
     if (!m_single.isEmpty() && m_curves.contains(m_single))
         curves->setCurveSingleShow(m_single, false);
+    if (strength && !m_single.isEmpty() && m_strength.contains(m_single))
+        strength->setCurveSingleShow(m_single, false);
     m_single = name;
     updateVisibility();
     // The singled-out curve is drawn opaque in the colours of the F 1 / F 2
     // boxes.
     if (!m_single.isEmpty())
         curves->setCurveSingleShow(m_single, true);
+    if (strength && !m_single.isEmpty() && m_strength.contains(m_single))
+        strength->setCurveSingleShow(m_single, true);
     fitYRange();
+    if (m_published[int(PlotQuantity::SignalStrength)])
+        fitQuantityRange(PlotQuantity::SignalStrength, false);
     emit visibilityChanged();
     return true;
 }
 
 void DemoHost::updateVisibility()
 {
+    auto shown = [this](const QString& name) {
+        return m_single.isEmpty() ? !m_hidden.contains(name) : name == m_single;
+    };
     CurveScene* curves = registry();
-    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it) {
-        const QString& name = it.key();
-        const bool visible = m_single.isEmpty() ? !m_hidden.contains(name) : name == m_single;
-        curves->setCurveShowParam_visible(name, visible);
+    for (auto it = m_curves.cbegin(); it != m_curves.cend(); ++it)
+        curves->setCurveShowParam_visible(it.key(), shown(it.key()));
+    if (MultipathView* strength = m_views[int(PlotQuantity::SignalStrength)]) {
+        for (auto it = m_strength.cbegin(); it != m_strength.cend(); ++it)
+            strength->getCurveScene()->setCurveShowParam_visible(it.key(), shown(it.key()));
+    }
+    // The sky keeps every satellite that is checked: one shown alone in the
+    // plot is still found among the others there by its marker.
+    if (m_sky) {
+        for (auto it = m_tracks.cbegin(); it != m_tracks.cend(); ++it)
+            m_sky->getTrackScene()->setCurveShowParam_visible(it.key(),
+                                                               !m_hidden.contains(it.key()));
     }
 }
 
@@ -585,6 +642,7 @@ void DemoHost::onTableSelection()
 {
     m_selection.clear();
     m_table->getStateliteEnabled(m_selection);
+    greyUncheckedRows();
     emit selectionRead();
 }
 

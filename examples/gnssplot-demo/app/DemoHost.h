@@ -3,7 +3,10 @@
 #define GNSSDEMO_DEMOHOST_H
 
 #include "DemoDocument.h"
+#include "NavigationLoad.h"
+#include "PlotQuantity.h"
 #include "Quality.h"
+#include "SignalStrength.h"
 
 #include <stEpochDataSet.h>
 
@@ -19,10 +22,20 @@ class CurveGraphicsTableWidget_Epoch;
 class CurveScene;
 class Curve_DataSet_XY;
 class QIODevice;
+class SkyGraphicsView;
 
 namespace gnssdemo {
 
 class MultipathView;
+
+/*! What colours the sky plot's tracks and fills its sky map. */
+enum class SkyValue {
+    SystemColour = 0,    //!< each satellite in its system's colour, no value
+    SignalStrengthA = 1, //!< signal strength of the first band (as F 1 of the plot), dB-Hz
+    SignalStrengthB = 2, //!< of the second band, dB-Hz
+    Multipath1 = 3,      //!< |MP1|, metres
+    Multipath2 = 4,      //!< |MP2|, metres
+};
 
 /*! What one load found and how long it took. */
 struct LoadStats
@@ -85,8 +98,14 @@ struct ApplyResult
     marked epochs leave the observations and their curves are recomputed in
     place, curves of unchecked satellites are hidden.
 
-    The view and the table belong to the caller (usually a window); the host
-    only drives them.
+    Beside the multipath view it fills, when given them, a view of signal
+    strength and one of the satellites per epoch (setPlotView()), each when
+    it is first shown, and a sky plot of the satellites' tracks coloured by
+    a value (setSkyView(), attachNavigation()). Every view shows the same
+    time window as the table.
+
+    The views and the table belong to the caller (usually a window); the
+    host only drives them.
 */
 class DemoHost : public QObject
 {
@@ -95,6 +114,62 @@ public:
     DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table,
              QObject* parent = nullptr);
     ~DemoHost() override;
+
+    /*! Gives the host the view of \a quantity (the multipath view is the
+        constructor's and cannot be replaced): its registry gets a coordinate
+        and its time window is linked with the table's. Null or a second call
+        for one quantity is refused (false). */
+    bool setPlotView(PlotQuantity quantity, MultipathView* view);
+    /*! The view of \a quantity; null when none was given. */
+    MultipathView* plotView(PlotQuantity quantity) const;
+    /*! Makes \a quantity the one the user looks at: its curves are
+        published now if they are not yet. */
+    void setCurrentQuantity(PlotQuantity quantity);
+    PlotQuantity currentQuantity() const { return m_current; }
+    /*! The curve \a name of \a quantity's view (a satellite's name; a
+        system's name, or "all", for the satellite counts); null when none. */
+    Curve_DataSet_XY* curveOf(PlotQuantity quantity, const QString& name) const;
+    /*! The names of \a quantity's curves, in name order. */
+    QStringList curveNamesOf(PlotQuantity quantity) const;
+    /*! The observation behind Y index \a yIndex of curve \a name of
+        \a quantity: "MP1", the signal strength's code ("S1C"), or empty. */
+    QString signalOf(PlotQuantity quantity, const QString& name, int yIndex) const;
+    /*! Why \a quantity's view is empty, or an empty string when it has
+        curves (emptyReason() for multipath). */
+    QString emptyReasonOf(PlotQuantity quantity) const;
+    /*! Fits Y of the current view to the data in its time window: symmetric
+        about zero for multipath (fitYToData()), from the smallest to the
+        largest value otherwise. False, changing nothing, when the window
+        holds no value. */
+    bool fitCurrentY();
+
+    /*! Gives the host the sky plot it fills with the tracks of the
+        satellites, linked in time with the table and coloured as
+        setSkyValue() says. Null or a second call is refused (false). */
+    bool setSkyView(SkyGraphicsView* sky);
+    SkyGraphicsView* skyView() const { return m_sky; }
+    /*! Reads navigation for the document loaded (see the free function
+        attachNavigation()), then uses the satellites' elevations for
+        completeness and shows their tracks in the sky plot. Emits
+        navigationChanged(). Nothing happens without a document. */
+    NavigationLoadResult attachNavigation(const QString& observationPath,
+                                          const QStringList& files);
+    /*! Colours the sky plot's tracks and its sky map by \a value. */
+    void setSkyValue(SkyValue value);
+    SkyValue skyValue() const { return m_skyValue; }
+    /*! Why the sky plot shows no track: no navigation, no position, no
+        ephemeris for any observed satellite; empty when it shows some. */
+    QString skyReason() const;
+    /*! Observed satellites without a position at any epoch (no ephemeris),
+        in name order; empty without navigation. */
+    QStringList withoutEphemeris() const;
+
+    /*! Shows \a name's row in the table: scrolled into view, and, with
+        \a bHighlight, marked until another row is. An unknown name removes
+        the mark. */
+    void showTableRow(const QString& name, bool bHighlight);
+    /*! The row of \a name in the table, -1 when it has none. */
+    int tableRow(const QString& name) const;
 
     /*! Replaces the shown data by \a source. Returns false with \a error set
         when a curve could not be filled; the view and the table are empty
@@ -174,6 +249,17 @@ public:
         skipped. Returns false when the device refuses the text. */
     bool writeCurvesCsv(QIODevice* device, const QStringList& names, const QList<int>& yIndexes,
                         double tMin, double tMax) const;
+    /*! The same for the curves of \a quantity; the signal is signalOf()
+        (one decimal for signal strength, none for counts). */
+    bool writeCurvesCsv(QIODevice* device, PlotQuantity quantity, const QStringList& names,
+                        const QList<int>& yIndexes, double tMin, double tMax) const;
+    /*! Writes the sky tracks of \a names between \a tMin and \a tMax
+        (milliseconds) as CSV, "satellite,time_gpst,azimuth_deg,elevation_deg",
+        one row per epoch with a position, angles with three decimals.
+        Names without a track are skipped. Returns false when the device
+        refuses the text. */
+    bool writeSkyTracksCsv(QIODevice* device, const QStringList& names, double tMin,
+                           double tMax) const;
     /*! Writes the events of \a names between \a tMin and \a tMax as CSV,
         "satellite,time_gpst,signal,kind", per band in legend order, the
         signal being the band's phase (or code) type. Returns false when the
@@ -216,6 +302,8 @@ signals:
     void applied();
     /*! The curves shown changed (Apply, single curve). */
     void visibilityChanged();
+    /*! Navigation was attached: the sky plot and the numbers changed. */
+    void navigationChanged();
 
 private:
     void onTableSelection();
@@ -228,6 +316,15 @@ private:
     void applyElevationsTo(SatelliteFindings& findings) const;
     void updateVisibility();
     void fitYRange();
+    void linkTimeWindow(MultipathView* view);
+    void resetViews();
+    void publishQuantity(PlotQuantity quantity);
+    void publishSignalStrength();
+    void publishSatelliteCounts();
+    void fitQuantityRange(PlotQuantity quantity, bool bWindowOnly);
+    void publishSky();
+    void fillSkyValues();
+    void greyUncheckedRows();
 
     MultipathView* m_view;
     CurveGraphicsTableWidget_Epoch* m_table;
@@ -248,6 +345,18 @@ private:
     QMap<QString, SatelliteFindings> m_findings;
     ElevationLookup m_elevations;
     bool m_hasSignalStrength = false;
+
+    MultipathView* m_views[PlotQuantityCount] = {};
+    bool m_published[PlotQuantityCount] = {};
+    PlotQuantity m_current = PlotQuantity::Multipath;
+    QMap<QString, Curve_DataSet_XY*> m_strength; //!< owned by the strength view's registry
+    QMap<QString, SignalStrengthInfo> m_strengthInfo;
+    QMap<QString, Curve_DataSet_XY*> m_counts;   //!< owned by the count view's registry
+    SkyGraphicsView* m_sky = nullptr;
+    QMap<QString, Curve_DataSet_XY*> m_tracks;   //!< owned by the sky plot's registry
+    SkyValue m_skyValue = SkyValue::SignalStrengthA;
+    QSet<QString> m_greyed; //!< given to the table as not enabled: unchecked
+    QString m_highlighted;  //!< the row marked by showTableRow()
 };
 
 /*! The number of X samples of \a dataSet inside any of \a intervals. */

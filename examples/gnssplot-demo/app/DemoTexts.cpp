@@ -3,8 +3,10 @@
 
 #include "ObservationData.h"
 
+#include <QStringList>
 #include <QtGlobal>
 
+#include <algorithm>
 #include <climits>
 
 namespace gnssdemo {
@@ -107,6 +109,65 @@ QString DemoTexts::multipathSignals(int which, const QString& code, const QStrin
 QString DemoTexts::cannotRead(const QString& why)
 {
     return tr("The file could not be read: %1").arg(why);
+}
+
+QString DemoTexts::noNavigation()
+{
+    return tr("No navigation: open a broadcast navigation file (File > Open navigation) to "
+              "see where the satellites are.");
+}
+
+QString DemoTexts::noPosition()
+{
+    return tr("The observations give no approximate position: no azimuth or elevation.");
+}
+
+QString DemoTexts::noEphemeris(int satellites)
+{
+    return tr("The navigation has no ephemeris for any of the %n observed satellite(s).", "",
+              satellites);
+}
+
+QString DemoTexts::withoutEphemeris(const QStringList& names)
+{
+    return tr("No ephemeris for %n satellite(s): %1.", "", int(names.size()))
+        .arg(names.join(QStringLiteral(", ")));
+}
+
+QString DemoTexts::span(qint64 ms)
+{
+    const qint64 seconds = std::max<qint64>(0, (ms + 500) / 1000);
+    if (seconds >= 3600) {
+        qint64 hours = seconds / 3600;
+        qint64 minutes = (seconds % 3600 + 30) / 60;
+        if (minutes == 60) {
+            ++hours;
+            minutes = 0;
+        }
+        // Half a day and more reads in whole hours.
+        if (hours >= 12) {
+            hours += minutes >= 30 ? 1 : 0;
+            minutes = 0;
+        }
+        if (minutes == 0)
+            return tr("%n h", "", int(hours));
+        return tr("%1 h %2 min").arg(hours).arg(minutes);
+    }
+    if (seconds >= 60)
+        return tr("%n min", "", int((seconds + 30) / 60));
+    return tr("%n s", "", int(seconds));
+}
+
+QString DemoTexts::gestures(qint64 spanMs)
+{
+    return tr("Wheel: zoom Y.  Ctrl+wheel: zoom time.  Drag the plot: pan.  "
+              "Double-click: whole file (%1).  Drag over the bars: mark epochs.  F: fit Y.")
+        .arg(span(spanMs));
+}
+
+QString DemoTexts::navigationFiles(int files)
+{
+    return tr("Navigation: %n file(s) read", "", files);
 }
 
 } // namespace gnssdemo

@@ -53,6 +53,23 @@ public:
                                     const QString& otherPhase);
     /*! "The file could not be read: WHY" */
     static QString cannotRead(const QString& why);
+    /*! Why the sky plot is empty without navigation. */
+    static QString noNavigation();
+    /*! "The observations give no approximate position: no azimuth or
+        elevation." */
+    static QString noPosition();
+    /*! Why the sky plot is empty when no observed satellite has an
+        ephemeris; \a satellites observed. */
+    static QString noEphemeris(int satellites);
+    /*! "No ephemeris for 2 satellites: C01, C02." */
+    static QString withoutEphemeris(const QStringList& names);
+    /*! A span of time for the user, rounded: "24 h", "15 min", "45 s",
+        "2 h 30 min"; \a ms milliseconds. */
+    static QString span(qint64 ms);
+    /*! The status bar's hint of gestures, with the file's span. */
+    static QString gestures(qint64 spanMs);
+    /*! "Navigation: 3 files read" */
+    static QString navigationFiles(int files);
 };
 
 } // namespace gnssdemo

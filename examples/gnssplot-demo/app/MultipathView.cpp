@@ -40,7 +40,22 @@ MultipathView::MultipathView(QWidget* parent)
 
 void MultipathView::setBaseHalfRange(double halfRange)
 {
-    m_base = halfRange > 0.0 && std::isfinite(halfRange) ? halfRange : 0.0;
+    setBaseRange(-halfRange, halfRange);
+}
+
+void MultipathView::setBaseRange(double yMin, double yMax)
+{
+    const bool usable = std::isfinite(yMin) && std::isfinite(yMax) && yMin < yMax;
+    m_base = usable ? (yMax - yMin) / 2.0 : 0.0;
+    m_centre = usable ? yMin + m_base : 0.0;
+    applyRange();
+}
+
+void MultipathView::setTimeSpan(double tMin, double tMax)
+{
+    const bool usable = std::isfinite(tMin) && std::isfinite(tMax) && tMin < tMax;
+    m_spanMin = usable ? tMin : 0.0;
+    m_spanMax = usable ? tMax : 0.0;
     applyRange();
 }
 
@@ -95,17 +110,31 @@ void MultipathView::applyRange()
     auto* scene = qobject_cast<CurveGraphicsScene*>(this->scene());
     if (!registry || !scene)
         return;
-    if (m_base <= 0.0) {
-        setCurvesPosToVerticalZero();
-        return;
-    }
     auto* coord = qobject_cast<Curve_Coord_XY*>(registry->getCoord_Local());
     double xMin = 0.0;
     double xMax = 0.0;
     double yMin = 0.0;
     double yMax = 0.0;
-    if (!coord || !registry->getAreaLimits(xMin, xMax, yMin, yMax))
+    const bool hasData = registry->getAreaLimits(xMin, xMax, yMin, yMax);
+    const bool hasSpan = m_spanMin < m_spanMax;
+    if (!coord || (!hasData && !hasSpan))
         return;
+    if (!hasData) {
+        // Nothing to plot: the frame still shows the file's time with an
+        // empty Y range, not the area of whatever was shown before.
+        scene->switchOffCurvesListen();
+        coord->setArea(m_spanMin, m_spanMax, -1.0, 1.0);
+        scene->switchOnCurvesListen();
+        const QSize size = viewport()->size();
+        scene->setCoordPixelSize(size.width(), size.height());
+        fitInView(scene->getCoordRect(), Qt::IgnoreAspectRatio);
+        viewport()->update();
+        return;
+    }
+    if (m_base <= 0.0) {
+        setCurvesPosToVerticalZero();
+        return;
+    }
     // The time window shown, the whole day unless zoomed.
     if (isTimeNavigationEnabled())
         getTimeWindow(xMin, xMax);
@@ -113,7 +142,7 @@ void MultipathView::applyRange()
     // on the size signal below.
     scene->switchOffCurvesListen();
     const double h = m_base * m_zoom;
-    coord->setArea(xMin, xMax, -h, h);
+    coord->setArea(xMin, xMax, m_centre - h, m_centre + h);
     scene->switchOnCurvesListen();
     const QSize size = viewport()->size();
     scene->setCoordPixelSize(size.width(), size.height());

@@ -2,6 +2,7 @@
 #include "NavigationLoad.h"
 
 #include "DemoDocument.h"
+#include "DemoTexts.h"
 #include "NavigationFiles.h"
 #include "NavigationReader.h"
 
@@ -39,8 +40,7 @@ NavigationLoadResult attachNavigation(DemoDocument& doc, const QString& observat
     if (result.files.isEmpty())
         return result;
     if (!doc.source().station().hasPosition)
-        result.problems << QStringLiteral("the observations give no approximate position: "
-                                          "no azimuth or elevation");
+        result.problems << DemoTexts::noPosition();
     doc.setNavigation(std::move(navigation));
     return result;
 }

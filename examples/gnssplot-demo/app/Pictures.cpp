@@ -7,6 +7,8 @@
 #include <gnssplot.h>
 
 #include <QCoreApplication>
+#include <QWidget>
+#include <iterator>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPixmap>
@@ -26,7 +28,88 @@ class PictureTexts
 
 constexpr int kMargin = 12;
 
+// Steps of a picture's time axis, milliseconds: round to a reader of clocks.
+constexpr qint64 kTickSteps[] = {1000,    2000,    5000,     10000,    15000,    30000,
+                                 60000,   120000,  300000,   600000,   900000,   1800000,
+                                 3600000, 7200000, 10800000, 21600000, 43200000, 86400000};
+
+QString tickText(qint64 ms, qint64 step)
+{
+    const QString full = gpstText(ms);
+    // Midnight reads as the date; seconds only when the step has them.
+    if (ms % 86400000 == 0)
+        return full.left(10);
+    return step < 60000 ? full.mid(11) : full.mid(11, 5);
+}
+
 } // namespace
+
+QString stationName(const DemoDocument& doc)
+{
+    const QString marker = doc.source().station().markerName.trimmed();
+    return marker.isEmpty() ? doc.source().description() : marker;
+}
+
+QImage viewPicture(QWidget* view, const QString& title)
+{
+    if (!view)
+        return QImage();
+    const QPixmap shown = view->grab();
+    const qreal ratio = shown.devicePixelRatio();
+    const QSize logical = view->size();
+    QFont bold = view->font();
+    bold.setBold(true);
+    const QFontMetrics metrics(bold);
+    const int titleHeight = metrics.height() + 10;
+    QImage image((QSizeF(logical.width(), logical.height() + titleHeight) * ratio).toSize(),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setFont(bold);
+    painter.setPen(Qt::black);
+    const int textWidth = logical.width() - 2 * kMargin;
+    painter.drawText(QRect(kMargin, 5, textWidth, metrics.height()),
+                     Qt::AlignLeft | Qt::AlignVCenter,
+                     metrics.elidedText(title, Qt::ElideRight, textWidth));
+    painter.drawPixmap(QPoint(0, titleHeight), shown);
+    return image;
+}
+
+void drawTimeAxis(QPainter* painter, const QRect& rect, qint64 tMin, qint64 tMax)
+{
+    if (!painter || rect.width() < 2 || tMax <= tMin)
+        return;
+    const QFontMetrics metrics(painter->font());
+    const double span = double(tMax - tMin);
+    // The smallest round step whose labels keep a gap of their own width.
+    const int labelWidth = metrics.horizontalAdvance(QStringLiteral("00:00:00")) + 12;
+    qint64 step = kTickSteps[std::size(kTickSteps) - 1];
+    for (qint64 candidate : kTickSteps) {
+        const QString sample = tickText(86400000 + candidate, candidate);
+        const int width = std::max(labelWidth, metrics.horizontalAdvance(sample) + 12);
+        if (double(candidate) / span * rect.width() >= width) {
+            step = candidate;
+            break;
+        }
+    }
+    painter->save();
+    painter->setPen(QColor(90, 90, 90));
+    painter->drawLine(rect.left(), rect.top(), rect.right(), rect.top());
+    const qint64 first = (tMin + step - 1) / step * step;
+    for (qint64 t = first; t <= tMax; t += step) {
+        const int x = rect.left() + int(std::lround(double(t - tMin) / span * rect.width()));
+        painter->drawLine(x, rect.top(), x, rect.top() + 4);
+        const QString text = tickText(t, step);
+        const int w = metrics.horizontalAdvance(text);
+        // Labels stay inside the axis: the last one is not cut at the edge.
+        const int left = std::max(rect.left(), std::min(x - w / 2, rect.right() - w));
+        painter->drawText(QRect(left, rect.top() + 5, w + 1, metrics.height()),
+                          Qt::AlignLeft | Qt::AlignTop, text);
+    }
+    painter->restore();
+}
 
 QImage curvePicture(const DemoHost& host, const QString& name, const QSize& size)
 {
@@ -101,11 +184,12 @@ QImage barsPicture(const DemoHost& host, int barWidth, int rowsPerColumn)
     bold.setBold(true);
     const QFontMetrics boldMetrics(bold);
     const QFontMetrics metrics{QFont()};
+    const QString station = doc ? stationName(*doc) : QString();
     const QString title =
         doc && !doc->epochs().empty()
-            ? PictureTexts::tr("Epoch availability per band, %1 to %2 GPST")
-                  .arg(gpstText(doc->startTime()), gpstText(doc->endTime()))
-            : PictureTexts::tr("Epoch availability per band: no epochs");
+            ? PictureTexts::tr("%1: epoch availability per band, %2 to %3 GPST")
+                  .arg(station, gpstText(doc->startTime()), gpstText(doc->endTime()))
+            : PictureTexts::tr("%1: epoch availability per band: no epochs").arg(station);
     const int swatch = 30;
     int legendWidth = 0;
     for (int b = 0; b < BandCount; ++b)
@@ -121,7 +205,9 @@ QImage barsPicture(const DemoHost& host, int barWidth, int rowsPerColumn)
     const int titleHeight = boldMetrics.height() + 8;
     const int legendHeight = metrics.height() + 8;
     const int header = 4 + titleHeight + legendHeight;
-    QImage image(width, header + rows * rowHeight + 8, QImage::Format_ARGB32_Premultiplied);
+    const int axisHeight = metrics.height() + 8;
+    QImage image(width, header + rows * rowHeight + axisHeight + 8,
+                 QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
 
     // One pixmap per satellite, painted by the library in one call.
@@ -167,6 +253,15 @@ QImage barsPicture(const DemoHost& host, int barWidth, int rowsPerColumn)
         painter.setPen(QColor(225, 225, 225));
         painter.drawLine(left + nameWidth, top + rowHeight - 1, left + nameWidth + barWidth,
                          top + rowHeight - 1);
+    }
+    // Each column's bars over the file's span, read on a time axis below.
+    if (doc && doc->endTime() > doc->startTime()) {
+        for (int c = 0; c < columns; ++c) {
+            const int left = kMargin + c * columnWidth + nameWidth;
+            drawTimeAxis(&painter, QRect(left, header + rows * rowHeight + 2, barWidth,
+                                         axisHeight),
+                         doc->startTime(), doc->endTime());
+        }
     }
     return image;
 }

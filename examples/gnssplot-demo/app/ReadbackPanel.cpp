@@ -79,15 +79,17 @@ ReadbackPanel::ReadbackPanel(QWidget* parent)
 
     auto* picturesBox = new QGroupBox(tr("Pictures"));
     auto* picturesLayout = new QVBoxLayout(picturesBox);
-    m_pictureSatellite = new QComboBox;
+    // The satellite of a scripted curve picture; the button saves the plot
+    // as it is shown, so the choice is not offered here.
+    m_pictureSatellite = new QComboBox(this);
+    m_pictureSatellite->hide();
     auto* saveCurve = new QPushButton(tr("Save curve picture..."));
-    saveCurve->setToolTip(tr("CurveGraphicsScene::DrawXYCurveToPixmap()"));
+    saveCurve->setToolTip(tr("The plot as shown, at its size, with the station and its time "
+                             "axis"));
     auto* saveBars = new QPushButton(tr("Save table bars picture..."));
-    saveBars->setToolTip(tr("CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice()"));
-    auto* curveRow = new QHBoxLayout;
-    curveRow->addWidget(m_pictureSatellite);
-    curveRow->addWidget(saveCurve, 1);
-    picturesLayout->addLayout(curveRow);
+    saveBars->setToolTip(tr("CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(), with "
+                            "the station and a time axis"));
+    picturesLayout->addWidget(saveCurve);
     picturesLayout->addWidget(saveBars);
     layout->addWidget(picturesBox);
 

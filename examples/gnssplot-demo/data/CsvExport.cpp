@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace gnssdemo {
 
@@ -62,6 +63,43 @@ void appendEventRows(QByteArray& out, const QString& satellite, const QString& s
         out += csvTime(e.timeMs);
         out += middle;
         out += eventKindName(e.kind).toLatin1();
+        out += '\n';
+    }
+}
+
+void appendAngle(QByteArray& out, double degrees)
+{
+    const long long thousandths = std::llround(degrees * 1000.0);
+    if (thousandths < 0)
+        out += '-';
+    const long long magnitude = std::llabs(thousandths);
+    out += QByteArray::number(magnitude / 1000);
+    out += '.';
+    const int fraction = int(magnitude % 1000);
+    out += char('0' + fraction / 100);
+    out += char('0' + fraction / 10 % 10);
+    out += char('0' + fraction % 10);
+}
+
+void appendSkyRows(QByteArray& out, const QString& satellite, const double* time,
+                   const double* azimuth, const double* elevation, qint64 count, double tMin,
+                   double tMax)
+{
+    if (!time || !azimuth || !elevation)
+        return;
+    const QByteArray prefix = satellite.toUtf8() + ',';
+    for (qint64 i = 0; i < count; ++i) {
+        // Angles beyond a few turns are no direction; llround would overflow.
+        if (!(time[i] >= tMin && time[i] <= tMax) || std::fabs(time[i]) > 9e15
+            || !(std::fabs(azimuth[i]) < 1e6) || !(std::fabs(elevation[i]) < 1e6))
+            continue;
+        out += prefix;
+        // Whole seconds, as the angles are given for the epoch's second.
+        out += csvTime(qint64(std::floor(time[i] / 1000.0)) * 1000);
+        out += ',';
+        appendAngle(out, azimuth[i]);
+        out += ',';
+        appendAngle(out, elevation[i]);
         out += '\n';
     }
 }

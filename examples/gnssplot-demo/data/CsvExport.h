@@ -22,6 +22,8 @@ namespace gnssdemo {
 constexpr const char* CurveCsvHeader = "satellite,time_gpst,signal,value\n";
 /*! The first line of an event export. */
 constexpr const char* EventCsvHeader = "satellite,time_gpst,signal,kind\n";
+/*! The first line of a sky track export. */
+constexpr const char* SkyCsvHeader = "satellite,time_gpst,azimuth_deg,elevation_deg\n";
 
 /*! \a ms (GPST milliseconds since 1970-01-01) as "2024-07-27T10:15:30" or
     "2024-04-01T08:31:16.443". */
@@ -41,6 +43,18 @@ void appendCurveRows(QByteArray& out, const QString& satellite, const QString& s
     eventKindName(). */
 void appendEventRows(QByteArray& out, const QString& satellite, const QString& signal,
                      const std::vector<EpochEvent>& events, double tMin, double tMax);
+
+/*! Appends \a degrees to \a out with three decimals ("-0.789"), written
+    from the digits themselves so that no locale puts a comma in. */
+void appendAngle(QByteArray& out, double degrees);
+
+/*! Appends one row "satellite,time,azimuth,elevation" to \a out for each of
+    the \a count samples (\a time in milliseconds, angles in degrees) whose
+    time lies in [\a tMin, \a tMax] and whose two angles are finite, angles
+    with three decimals, times to the second. Null arrays add nothing. */
+void appendSkyRows(QByteArray& out, const QString& satellite, const double* time,
+                   const double* azimuth, const double* elevation, qint64 count, double tMin,
+                   double tMax);
 
 } // namespace gnssdemo
 

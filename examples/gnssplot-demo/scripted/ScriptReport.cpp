@@ -8,6 +8,7 @@
 
 #include <gnssplot.h>
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QScreen>
@@ -53,6 +54,9 @@ void ScriptReport::geometry(const QString& what, const QWidget* widget)
 
 void ScriptReport::reportLayout()
 {
+    // The buttons a script clicks are on the Marks tab of the side docks.
+    m_window->showDock(DemoWindow::Dock::Marks);
+    QApplication::processEvents();
     CurveGraphicsTableWidget_Epoch* table = m_window->table();
     const QRect viewport = table->viewport()->rect();
     for (int row = 1; row < table->rowCount(); ++row) {

@@ -1,67 +1,31 @@
 // SPDX-License-Identifier: MIT
 #include "SkySnapshot.h"
 
+#include "CsvExport.h"
 #include "DemoDocument.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 
-#include <cmath>
-#include <cstdlib>
+#include <algorithm>
+#include <limits>
 
 namespace gnssdemo {
 
-namespace {
-
-// Three decimals from the digits themselves, so that no locale puts a comma
-// into the file.
-void appendAngle(QByteArray& out, double degrees)
-{
-    const long long thousandths = std::llround(degrees * 1000.0);
-    if (thousandths < 0)
-        out += '-';
-    const long long magnitude = std::llabs(thousandths);
-    out += QByteArray::number(magnitude / 1000);
-    out += '.';
-    const int fraction = int(magnitude % 1000);
-    out += char('0' + fraction / 100);
-    out += char('0' + fraction / 10 % 10);
-    out += char('0' + fraction % 10);
-}
-
-} // namespace
 
 QByteArray skyCsv(const SkyTracks& sky, qint64* rows)
 {
-    QByteArray out("satellite,time_gpst,azimuth_deg,elevation_deg\n");
-    qint64 count = 0;
-    std::vector<QByteArray> times;
+    QByteArray out(SkyCsvHeader);
+    const double all = std::numeric_limits<double>::infinity();
     for (const SkyTrack& track : sky.tracks()) {
-        if (times.empty()) {
-            times.reserve(track.time.size());
-            for (double t : track.time)
-                times.push_back(QDateTime::fromMSecsSinceEpoch(qint64(t), Qt::UTC)
-                                    .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"))
-                                    .toLatin1());
-        }
-        const QByteArray name = track.name.toLatin1();
-        for (size_t i = 0; i < track.elevation.size() && i < times.size(); ++i) {
-            if (std::isnan(track.elevation[i]) || std::isnan(track.azimuth[i]))
-                continue;
-            out += name;
-            out += ',';
-            out += times[i];
-            out += ',';
-            appendAngle(out, track.azimuth[i]);
-            out += ',';
-            appendAngle(out, track.elevation[i]);
-            out += '\n';
-            ++count;
-        }
+        const qint64 count = qint64(std::min({track.time.size(), track.azimuth.size(),
+                                              track.elevation.size()}));
+        appendSkyRows(out, track.name, track.time.data(), track.azimuth.data(),
+                      track.elevation.data(), count, -all, all);
     }
     if (rows)
-        *rows = count;
+        *rows = qint64(out.count('\n')) - 1;
     return out;
 }
 

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QPixmap>
 #include <QTextStream>
 
 #include <algorithm>
@@ -227,6 +228,14 @@ int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextS
         ok = save(QStringLiteral("curve.png"),
                   curvePicture(host, curveSatellite, QSize(800, 540)));
     ok = ok && save(QStringLiteral("bars.png"), barsPicture(host, 480, 50));
+    // With navigation, the sky of the day coloured by the first band's
+    // signal strength, as the window shows it first.
+    if (ok && doc->navigation() && doc->skyTracks().isValid()) {
+        host.setSkyValue(SkyValue::SignalStrengthA);
+        QPixmap sky(800, 800);
+        window.sky()->drawToPixmap(&sky);
+        ok = save(QStringLiteral("sky.png"), sky.toImage());
+    }
     if (!ok)
         return 1;
 

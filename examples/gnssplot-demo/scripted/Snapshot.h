@@ -18,7 +18,8 @@ class DemoWindow;
     marked satellite; left out when no satellite has a curve),
     bars.png (PaintAllLabelsToDevice) and summary.txt, which ends with the
     quality table (qualityTableText()) and says where a file cut short
-    stopped; with navigation also sky.csv (see writeSkySnapshot()).
+    stopped; with navigation also sky.csv (see writeSkySnapshot()) and
+    sky.png, the sky plot at 800 x 800 coloured by signal strength.
     Prints where they are on \a out; returns the process exit code.
 */
 int runSnapshot(DemoWindow& window, const QString& dir, QTextStream& out, QTextStream& err);

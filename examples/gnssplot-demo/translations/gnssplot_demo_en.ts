@@ -1,13 +1,8 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="en">
 <context>
     <name>DemoTexts</name>
-    <message>
-        <source>%1 on %2, %3</source>
-        <translation>%1 on %2, %3</translation>
-    </message>
     <message numerus="yes">
         <source>%n mark(s)</source>
         <translation>
@@ -35,10 +30,6 @@
             <numerusform>No marks (%n action). Drag over the bars to mark epochs.</numerusform>
             <numerusform>No marks (%n actions). Drag over the bars to mark epochs.</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>Applied: %1 (%2), %3, %4 ms.</source>
-        <translation>Applied: %1 (%2), %3, %4 ms.</translation>
     </message>
     <message numerus="yes">
         <source>%n satellite(s) recomputed</source>
@@ -108,6 +99,48 @@
         <translation>
             <numerusform>line %1: the compressed data ends early; %n complete epoch kept</numerusform>
             <numerusform>line %1: the compressed data ends early; %n complete epochs kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The navigation has no ephemeris for any of the %n observed satellite(s).</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>No ephemeris for %n satellite(s): %1.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n h</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n min</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n s</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Navigation: %n file(s) read</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
         </translation>
     </message>
 </context>

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "QualityPane.h"
+
+#include "DemoHost.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace gnssdemo {
+
+namespace {
+
+QString number(double v, int decimals)
+{
+    return std::isnan(v) ? QStringLiteral("-") : QString::number(v, 'f', decimals);
+}
+
+QString count(qint64 n)
+{
+    return n < 0 ? QStringLiteral("-") : QString::number(n);
+}
+
+// One row of numbers, as qualityTableText() writes them.
+template <typename Numbers>
+QStringList cells(const QString& name, const Numbers& q)
+{
+    return {name,
+            QString::number(q.epochsWithData),
+            count(q.epochsAboveMask),
+            number(q.completeness() * 100.0, 1),
+            number(q.mp1Rms, 3),
+            number(q.mp2Rms, 3),
+            QString::number(q.slips()),
+            QString::number(q.lossOfLock),
+            QString::number(q.phaseJumps),
+            QString::number(q.gaps)};
+}
+
+} // namespace
+
+QualityPane::QualityPane(QWidget* parent)
+    : QWidget(parent)
+    , m_table(new QTableWidget(0, ColumnCount))
+    , m_counts(new QLabel)
+{
+    m_table->setHorizontalHeaderLabels({tr("Satellite"), tr("Epochs"), tr("Above mask"),
+                                        tr("Complete %"), tr("MP1 RMS (m)"), tr("MP2 RMS (m)"),
+                                        tr("Slips"), tr("LLI"), tr("Jumps"), tr("Gaps")});
+    m_table->horizontalHeaderItem(Column_AboveMask)
+        ->setToolTip(tr("Epochs with the satellite 10 degrees or more above the horizon; "
+                        "- without navigation"));
+    m_table->horizontalHeaderItem(Column_Complete)
+        ->setToolTip(tr("Epochs with data among those above the mask"));
+    m_table->horizontalHeaderItem(Column_Slips)
+        ->setToolTip(tr("Loss of lock plus jumps of the geometry-free phase"));
+    m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 6);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_counts->setWordWrap(true);
+    m_counts->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->addWidget(m_table, 1);
+    layout->addWidget(m_counts);
+}
+
+void QualityPane::showQualities(const DemoHost& host)
+{
+    m_table->setRowCount(0);
+    m_counts->clear();
+    if (!host.document())
+        return;
+    QList<QStringList> rows;
+    QList<bool> summaries;
+    const std::vector<SatelliteQuality> all = host.qualities();
+    QList<char> systems;
+    for (const SatelliteQuality& q : all) {
+        if (!systems.contains(q.system))
+            systems.append(q.system);
+        rows.append(cells(q.name, q));
+        summaries.append(false);
+    }
+    std::sort(systems.begin(), systems.end());
+    for (char system : systems) {
+        rows.append(cells(systemName(system), host.qualityOfSystem(system)));
+        summaries.append(true);
+    }
+    rows.append(cells(tr("all"), host.qualityOfSystem(0)));
+    summaries.append(true);
+
+    m_table->setRowCount(int(rows.size()));
+    QFont bold = m_table->font();
+    bold.setBold(true);
+    for (int r = 0; r < rows.size(); ++r) {
+        for (int c = 0; c < ColumnCount; ++c) {
+            auto* item = new QTableWidgetItem(rows[r].value(c));
+            // Through the role: the setter's argument type differs in Qt 5 and 6.
+            item->setData(Qt::TextAlignmentRole,
+                          c == Column_Name ? int(Qt::AlignLeft | Qt::AlignVCenter)
+                                           : int(Qt::AlignRight | Qt::AlignVCenter));
+            if (summaries[r])
+                item->setFont(bold);
+            m_table->setItem(r, c, item);
+        }
+    }
+
+    const SatelliteCounts counts = host.satelliteCounts();
+    auto summary = [](const std::vector<double>& values) {
+        if (values.empty())
+            return QStringLiteral("-");
+        double sum = 0.0;
+        for (double v : values)
+            sum += v;
+        const auto range = std::minmax_element(values.begin(), values.end());
+        return QStringLiteral("%1/%2/%3")
+            .arg(*range.first)
+            .arg(sum / double(values.size()), 0, 'f', 1)
+            .arg(*range.second);
+    };
+    QStringList parts;
+    for (const auto& entry : counts.perSystem)
+        parts.append(QStringLiteral("%1 %2").arg(systemName(entry.first),
+                                                 summary(entry.second)));
+    parts.append(tr("all %1").arg(summary(counts.total)));
+    m_counts->setText(tr("Satellites per epoch (min/mean/max): %1")
+                          .arg(parts.join(QStringLiteral(", "))));
+}
+
+QString QualityPane::countsText() const
+{
+    return m_counts->text();
+}
+
+} // namespace gnssdemo
