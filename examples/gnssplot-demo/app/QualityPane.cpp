@@ -2,6 +2,7 @@
 #include "QualityPane.h"
 
 #include "DemoHost.h"
+#include "QualityText.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -12,36 +13,6 @@
 #include <cmath>
 
 namespace gnssdemo {
-
-namespace {
-
-QString number(double v, int decimals)
-{
-    return std::isnan(v) ? QStringLiteral("-") : QString::number(v, 'f', decimals);
-}
-
-QString count(qint64 n)
-{
-    return n < 0 ? QStringLiteral("-") : QString::number(n);
-}
-
-// One row of numbers, as qualityTableText() writes them.
-template <typename Numbers>
-QStringList cells(const QString& name, const Numbers& q)
-{
-    return {name,
-            QString::number(q.epochsWithData),
-            count(q.epochsAboveMask),
-            number(q.completeness() * 100.0, 1),
-            number(q.mp1Rms, 3),
-            number(q.mp2Rms, 3),
-            QString::number(q.slips()),
-            QString::number(q.lossOfLock),
-            QString::number(q.phaseJumps),
-            QString::number(q.gaps)};
-}
-
-} // namespace
 
 QualityPane::QualityPane(QWidget* parent)
     : QWidget(parent)
@@ -85,15 +56,15 @@ void QualityPane::showQualities(const DemoHost& host)
     for (const SatelliteQuality& q : all) {
         if (!systems.contains(q.system))
             systems.append(q.system);
-        rows.append(cells(q.name, q));
+        rows.append(qualityCells(q.name, q));
         summaries.append(false);
     }
     std::sort(systems.begin(), systems.end());
     for (char system : systems) {
-        rows.append(cells(systemName(system), host.qualityOfSystem(system)));
+        rows.append(qualityCells(systemName(system), host.qualityOfSystem(system)));
         summaries.append(true);
     }
-    rows.append(cells(tr("all"), host.qualityOfSystem(0)));
+    rows.append(qualityCells(tr("all"), host.qualityOfSystem(0)));
     summaries.append(true);
 
     m_table->setRowCount(int(rows.size()));
@@ -113,23 +84,11 @@ void QualityPane::showQualities(const DemoHost& host)
     }
 
     const SatelliteCounts counts = host.satelliteCounts();
-    auto summary = [](const std::vector<double>& values) {
-        if (values.empty())
-            return QStringLiteral("-");
-        double sum = 0.0;
-        for (double v : values)
-            sum += v;
-        const auto range = std::minmax_element(values.begin(), values.end());
-        return QStringLiteral("%1/%2/%3")
-            .arg(*range.first)
-            .arg(sum / double(values.size()), 0, 'f', 1)
-            .arg(*range.second);
-    };
     QStringList parts;
     for (const auto& entry : counts.perSystem)
         parts.append(QStringLiteral("%1 %2").arg(systemName(entry.first),
-                                                 summary(entry.second)));
-    parts.append(tr("all %1").arg(summary(counts.total)));
+                                                 satellitesPerEpochCell(entry.second)));
+    parts.append(tr("all %1").arg(satellitesPerEpochCell(counts.total)));
     m_counts->setText(tr("Satellites per epoch (min/mean/max): %1")
                           .arg(parts.join(QStringLiteral(", "))));
 }

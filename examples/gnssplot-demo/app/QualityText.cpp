@@ -12,34 +12,33 @@ namespace gnssdemo {
 
 namespace {
 
-QString number(double v, int decimals)
-{
-    return std::isnan(v) ? QStringLiteral("-") : QString::number(v, 'f', decimals);
-}
-
-QString count(qint64 n)
-{
-    return n < 0 ? QStringLiteral("-") : QString::number(n);
-}
-
-// The columns shared by satellite and system rows.
+// The columns shared by satellite and system rows, padded as the header.
 template <typename Numbers>
 QString row(const QString& name, const Numbers& q)
 {
-    return QStringLiteral("  %1 %2 %3 %4 %5 %6 %7 %8 %9")
-        .arg(name, -9)
-        .arg(q.epochsWithData, 7)
-        .arg(count(q.epochsAboveMask), 10)
-        .arg(number(q.completeness() * 100.0, 1), 10)
-        .arg(number(q.mp1Rms, 3), 7)
-        .arg(number(q.mp2Rms, 3), 7)
-        .arg(q.slips(), 5)
-        .arg(q.lossOfLock, 5)
-        .arg(q.phaseJumps, 5)
-        + QStringLiteral(" %1").arg(q.gaps, 5);
+    static const int widths[] = {-9, 7, 10, 10, 7, 7, 5, 5, 5, 5};
+    const QStringList c = qualityCells(name, q);
+    QString line = QStringLiteral(" ");
+    for (int i = 0; i < c.size(); ++i)
+        line += QLatin1Char(' ') + QStringLiteral("%1").arg(c.at(i), widths[i]);
+    return line;
 }
 
 } // namespace
+
+QString satellitesPerEpochCell(const std::vector<double>& values)
+{
+    if (values.empty())
+        return QStringLiteral("-");
+    double sum = 0.0;
+    for (double v : values)
+        sum += v;
+    const auto range = std::minmax_element(values.begin(), values.end());
+    return QStringLiteral("%1/%2/%3")
+        .arg(*range.first)
+        .arg(sum / double(values.size()), 0, 'f', 1)
+        .arg(*range.second);
+}
 
 QString qualityTableText(const DemoHost& host)
 {
@@ -86,22 +85,10 @@ QString qualityTableText(const DemoHost& host)
     // Satellites per epoch, as the curves of countSatellites() hold them.
     const SatelliteCounts counts = host.satelliteCounts();
     QStringList parts;
-    auto summary = [](const std::vector<double>& values) {
-        if (values.empty())
-            return QStringLiteral("-");
-        double sum = 0.0;
-        for (double v : values)
-            sum += v;
-        const auto range = std::minmax_element(values.begin(), values.end());
-        return QStringLiteral("%1/%2/%3")
-            .arg(*range.first)
-            .arg(sum / double(values.size()), 0, 'f', 1)
-            .arg(*range.second);
-    };
     for (const auto& entry : counts.perSystem)
         parts.append(QStringLiteral("%1 %2").arg(QString(QLatin1Char(entry.first)),
-                                                 summary(entry.second)));
-    parts.append(QStringLiteral("all %1").arg(summary(counts.total)));
+                                                 satellitesPerEpochCell(entry.second)));
+    parts.append(QStringLiteral("all %1").arg(satellitesPerEpochCell(counts.total)));
     s << "satellites per epoch (min/mean/max): " << parts.join(QStringLiteral(", ")) << "\n";
     return text;
 }

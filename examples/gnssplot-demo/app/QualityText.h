@@ -3,6 +3,10 @@
 #define GNSSDEMO_QUALITYTEXT_H
 
 #include <QString>
+#include <QStringList>
+
+#include <cmath>
+#include <vector>
 
 namespace gnssdemo {
 
@@ -18,6 +22,38 @@ class DemoHost;
     empty when nothing is loaded.
 */
 QString qualityTableText(const DemoHost& host);
+
+/*! The minimum, mean (one decimal) and maximum of a count per epoch as
+    "min/mean/max"; "-" for no epochs. */
+QString satellitesPerEpochCell(const std::vector<double>& values);
+
+/*! A figure with \a decimals decimals, "-" for NaN (nothing to count). */
+inline QString qualityNumberCell(double v, int decimals)
+{
+    return std::isnan(v) ? QStringLiteral("-") : QString::number(v, 'f', decimals);
+}
+
+/*!
+    The cells of one row of the quality numbers of \a q (a satellite's or a
+    system's), in the order both the Quality tab and summary.txt show them:
+    name, epochs with data, epochs above the mask, completeness in percent,
+    MP1 and MP2 RMS, slips, loss of lock, phase jumps, gaps. What cannot be
+    known (no elevations, no curve) reads "-".
+*/
+template <typename Numbers>
+QStringList qualityCells(const QString& name, const Numbers& q)
+{
+    return {name,
+            QString::number(q.epochsWithData),
+            q.epochsAboveMask < 0 ? QStringLiteral("-") : QString::number(q.epochsAboveMask),
+            qualityNumberCell(q.completeness() * 100.0, 1),
+            qualityNumberCell(q.mp1Rms, 3),
+            qualityNumberCell(q.mp2Rms, 3),
+            QString::number(q.slips()),
+            QString::number(q.lossOfLock),
+            QString::number(q.phaseJumps),
+            QString::number(q.gaps)};
+}
 
 } // namespace gnssdemo
 

@@ -72,6 +72,17 @@ double MultipathInfo::mp2Rms() const
                           : std::numeric_limits<double>::quiet_NaN();
 }
 
+bool curveAxes(Curve_DataSet_XY* target, AxisData* axes[3], QString* error)
+{
+    for (int k = 0; k < 3; ++k)
+        axes[k] = target ? target->getAxisData(k) : nullptr;
+    if (axes[0] && axes[1] && axes[2])
+        return true;
+    if (error)
+        *error = QCoreApplication::translate("Multipath", "The curve needs two Y axes.");
+    return false;
+}
+
 bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64>& epochs,
                       qint64 intervalMs, Curve_DataSet_XY* target, MultipathInfo* info,
                       QString* error, const MultipathOptions& options)
@@ -80,13 +91,8 @@ bool computeMultipath(const SatelliteObservations& sat, const std::vector<qint64
     MultipathInfo& out = info ? *info : local;
     out = MultipathInfo();
     AxisData* axes[3] = {nullptr, nullptr, nullptr};
-    for (int k = 0; k < 3 && target; ++k)
-        axes[k] = target->getAxisData(k);
-    if (!axes[0] || !axes[1] || !axes[2]) {
-        if (error)
-            *error = QCoreApplication::translate("Multipath", "The curve needs two Y axes.");
+    if (!curveAxes(target, axes, error))
         return false;
-    }
 
     // The first two bands with both pseudorange and phase somewhere.
     const size_t n = epochs.size();

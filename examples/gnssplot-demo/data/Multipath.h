@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+class AxisData;
 class Curve_DataSet_XY;
 
 namespace gnssdemo {
@@ -66,6 +67,11 @@ struct MultipathInfo
     /*! Root mean square of the written MP2 values in metres; NaN without any. */
     double mp2Rms() const;
 };
+
+/*! Looks up the time axis and the two Y axes of \a target into \a axes.
+    Returns \c false, with a translated reason in \a error when given, when
+    \a target is null or lacks one of them. */
+bool curveAxes(Curve_DataSet_XY* target, AxisData* axes[3], QString* error);
 
 /*!
     Computes the code multipath combinations of satellite \a sat's first two

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SignalStrength.h"
 
+#include "Multipath.h"
+
 #include <gnssplot.h>
 
 #include <QCoreApplication>
@@ -37,13 +39,8 @@ bool computeSignalStrength(const SatelliteObservations& sat, const std::vector<q
     SignalStrengthInfo& out = info ? *info : local;
     out = SignalStrengthInfo();
     AxisData* axes[3] = {nullptr, nullptr, nullptr};
-    for (int k = 0; k < 3 && target; ++k)
-        axes[k] = target->getAxisData(k);
-    if (!axes[0] || !axes[1] || !axes[2]) {
-        if (error)
-            *error = QCoreApplication::translate("SignalStrength", "The curve needs two Y axes.");
+    if (!curveAxes(target, axes, error))
         return false;
-    }
     signalStrengthBands(sat, &out.bandA, &out.bandB);
     const size_t n = epochs.size();
     const double nan = std::numeric_limits<double>::quiet_NaN();
