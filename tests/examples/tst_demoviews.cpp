@@ -283,6 +283,10 @@ void tst_DemoViews::axisPerFile_data()
     QTest::newRow("AJAC, then GEOP without curves")
         << QStringList{kAjac, kGeop} << QStringLiteral("2024/04/01") << QStringLiteral("08")
         << QStringLiteral("08");
+    // A daily file ends at midnight: the plot's last sample and the table's
+    // last epoch both belong to its own day.
+    QTest::newRow("AJAC's day") << QStringList{kAjac} << QStringLiteral("2024/07/27")
+                                << QStringLiteral("00") << QStringLiteral("23");
     QTest::newRow("GEOP first") << QStringList{kGeop} << QStringLiteral("2024/04/01")
                                 << QStringLiteral("08") << QStringLiteral("08");
     QTest::newRow("GEOP, then GRAS") << QStringList{kGeop, kGras}

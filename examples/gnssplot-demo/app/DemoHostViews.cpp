@@ -146,6 +146,17 @@ void DemoHost::resetViews()
         m_sky->resetTimeWindow();
         m_sky->clearTimeCursor();
     }
+    // The table's range runs to the end of the last epoch (midnight for a
+    // daily file), the plot's to the last sample: start the table on the
+    // plot's window, so that its bars line up with the curves and its axis
+    // names the plot's day.
+    double tMin = 0.0;
+    double tMax = 0.0;
+    if (m_view && m_doc) {
+        m_view->getTimeWindow(tMin, tMax);
+        if (tMin < tMax)
+            m_table->setTimeWindow(tMin, tMax);
+    }
 }
 
 void DemoHost::publishQuantity(PlotQuantity quantity)

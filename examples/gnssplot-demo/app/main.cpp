@@ -77,7 +77,7 @@ int main(int argc, char** argv)
         QStringLiteral("Render offscreen, write PNG pictures and summary.txt into DIR, exit."),
         QStringLiteral("DIR"));
     const QCommandLineOption size(QStringLiteral("size"),
-                                  QStringLiteral("Window size in pixels (default 1280x800)."),
+                                  QStringLiteral("Window size in pixels (default 1280x800, or less to fit the screen)."),
                                   QStringLiteral("WxH"), QStringLiteral("1280x800"));
     const QCommandLineOption report(QStringLiteral("report"),
                                     QStringLiteral("Print widget positions and what the host "
@@ -130,7 +130,11 @@ int main(int argc, char** argv)
     }
 
     DemoWindow window;
-    window.resize(width, height);
+    // Without --size a shown window keeps the size it chose to fit its
+    // screen (1280 x 800 where that fits, less on a small or scaled screen);
+    // snapshots are always drawn at the size asked for.
+    if (parser.isSet(size) || parser.isSet(snapshotDir))
+        window.resize(width, height);
     if (parser.isSet(report))
         new ScriptReport(&window, parser.value(screenshot));
     // Shown first, so that the load time in the status bar includes the
