@@ -431,6 +431,67 @@ void BM_Ours_DayHoverMarker(benchmark::State& state)
     state.counters["front builds"] = double(front->buildCount() - frontBefore) / moves;
 }
 
+// Mouse moves along one curve of the day's crowd with the picked-sample
+// marker on: each names the next sample of the same curve, so only the
+// ring's old and new places are painted again and nothing is built.
+void BM_Ours_DayHoverAlongCurve(benchmark::State& state)
+{
+    DayPlot plot;
+    plot.view.setHoverReadOutEnabled(true);
+    plot.view.setPickedSampleMarkerShown(true);
+    plot.render();
+    // The path: from the curve found at row 240, follow that curve to the
+    // right, looking a few rows about its last place.
+    CurveGraphicsView::HoverSample sample;
+    std::vector<QPoint> path;
+    QString name;
+    int y = 240;
+    for (int x = 81; x < 790; x += 3) {
+        for (int dy = 0; dy <= 12; ++dy) {
+            const int tries[2] = {y - dy, y + dy};
+            bool bFound = false;
+            for (int ty : tries) {
+                if (!plot.view.hoverSampleAt(QPoint(x, ty), sample))
+                    continue;
+                if (name.isEmpty())
+                    name = sample.curveName;
+                if (sample.curveName == name) {
+                    path.emplace_back(x, ty);
+                    y = ty;
+                    bFound = true;
+                    break;
+                }
+            }
+            if (bFound)
+                break;
+        }
+    }
+    const auto* scene = qobject_cast<CurveGraphicsScene*>(plot.view.scene());
+    const CurvePicture* shared = CurveGraphicsSceneAccess::picture(scene);
+    const CurvePicture* front = CurveGraphicsSceneAccess::frontPicture(scene);
+    size_t i = 0;
+    const auto moveTo = [&plot](QPoint pos) {
+        QMouseEvent event(QEvent::MouseMove, QPointF(pos),
+                          QPointF(plot.view.viewport()->mapToGlobal(pos)), Qt::NoButton,
+                          Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(plot.view.viewport(), &event);
+    };
+    moveTo(path.at(0));
+    plot.render();
+    const quint64 sharedBefore = shared->buildCount();
+    const quint64 frontBefore = front->buildCount();
+    for (auto _ : state) {
+        i = i + 1 < path.size() ? i + 1 : 1;
+        moveTo(path.at(i));
+        // The window system paints what the view asked for.
+        QCoreApplication::processEvents();
+    }
+    const double moves = double(state.iterations());
+    state.counters["path"] = double(path.size());
+    state.counters["shared builds"] = double(shared->buildCount() - sharedBefore) / moves;
+    state.counters["front builds"] = double(front->buildCount() - frontBefore) / moves;
+}
+
 void BM_Ours_DayResize(benchmark::State& state)
 {
     DayPlot plot;
@@ -633,6 +694,7 @@ BENCHMARK(BM_Ours_DayWheelMarks)
     ->ArgName("threads")
     ->Arg(1)
     ->Arg(2);
+BENCHMARK(BM_Ours_DayHoverAlongCurve)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayHoverMarker)->ArgName("marker")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 #ifdef GNSSPLOT_BENCH_PEERS
 BENCHMARK(BM_Qcp_LoadPaint)->Apply(curveSizes);

@@ -34,6 +34,13 @@ void CurveGraphicsItem_Overlay::onDataAreaChanged(double w, double h)
     m_height = height;
 }
 
+void CurveGraphicsItem_Overlay::updateRing(const QPointF& centre)
+{
+    // The pen's half width and a pixel for antialiasing around the radius.
+    const double reach = kRingRadius + kRingWidth / 2.0 + 1.0;
+    update(QRectF(centre.x() - reach, centre.y() - reach, 2.0 * reach, 2.0 * reach));
+}
+
 void CurveGraphicsItem_Overlay::paint(QPainter* painter, const QStyleOptionGraphicsItem*,
                                       QWidget*)
 {

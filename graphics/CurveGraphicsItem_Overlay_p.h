@@ -66,6 +66,10 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
                QWidget* widget) override;
 
+    // Repaints the ring about \a centre (item pixels) and what lies under
+    // it, nothing else.
+    void updateRing(const QPointF& centre);
+
 public slots:
     // The frame's data area, \a w x \a h pixels, as the curve items take it.
     void onDataAreaChanged(double w, double h);

@@ -483,6 +483,18 @@ void CurveGraphicsSceneAccess::setPicked(CurveGraphicsScene* scene, const QStrin
         scene->m_data->m_curveItems.value(curveName, nullptr));
     if (item == overlay.picked && yIndex == overlay.pickedY && index == overlay.pickedIndex)
         return;
+    // Along the same curve only the ring moves: the curve in front stays as
+    // it is, so only the ring's old and new places are painted again.
+    CurveGraphicsItem_Overlay* overlayItem = scene->m_data->m_overlayItem;
+    if (item && item == overlay.picked && yIndex == overlay.pickedY && overlayItem) {
+        QPointF centre;
+        if (item->samplePixelCentre(yIndex, overlay.pickedIndex, &centre))
+            overlayItem->updateRing(centre);
+        overlay.pickedIndex = index;
+        if (item->samplePixelCentre(yIndex, index, &centre))
+            overlayItem->updateRing(centre);
+        return;
+    }
     overlay.picked = item;
     overlay.pickedY = yIndex;
     overlay.pickedIndex = index;

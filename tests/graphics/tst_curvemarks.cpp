@@ -135,6 +135,19 @@ bool tickAt(const QImage& image, QPoint pixel, const QColor& color, qreal ratio 
            && at(pixel.x(), pixel.y() - 6) != want && at(pixel.x(), pixel.y() + 6) != want;
 }
 
+// Gathers the regions the viewport is asked to paint.
+class PaintRegions : public QObject
+{
+public:
+    QRegion region;
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            region += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+};
+
 int countColour(const QImage& image, const QColor& color)
 {
     int n = 0;
@@ -165,6 +178,7 @@ private slots:
     void kindColours();
     void hoverNamesKind();
     void pickedSampleMarker();
+    void markerMoveRepaintsRingOnly();
 };
 
 void tst_CurveMarks::valueUnit_data()
@@ -546,6 +560,50 @@ void tst_CurveMarks::pickedSampleMarker()
     image = plot.render();
     PIXEL_VERIFY(countColour(image, Qt::black) == 0 && onTop(image, false), image,
                  QStringLiteral("marker_off"));
+}
+
+void tst_CurveMarks::markerMoveRepaintsRingOnly()
+{
+    // Moving from one sample to the next of the same curve repaints the
+    // ring's old and new places only: no picture is built, and the rest of
+    // the data area is left as it is.
+    MarkPlot plot;
+    plot.view.setPickedSampleMarkerShown(true);
+    plot.view.setHoverReadOutEnabled(true);
+    plot.view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&plot.view));
+    QSignalSpy hover(&plot.view, &CurveGraphicsView::sgHover);
+    plot.move(plot.viewportAt(400.5, -299.5));
+    QCOMPARE(hover.count(), 1);
+    QCoreApplication::processEvents();
+    const CurvePicture* picture = CurveGraphicsSceneAccess::picture(plot.scene());
+    const CurvePicture* front = CurveGraphicsSceneAccess::frontPicture(plot.scene());
+    const quint64 builds = picture->buildCount();
+    const quint64 frontBuilds = front->buildCount();
+
+    PaintRegions paints;
+    plot.view.viewport()->installEventFilter(&paints);
+    plot.move(plot.viewportAt(408.5, -299.5));
+    QCOMPARE(hover.count(), 2);
+    QTRY_VERIFY(!paints.region.isEmpty());
+    QCoreApplication::processEvents();
+    plot.view.viewport()->removeEventFilter(&paints);
+    // Rings of radius 6 and pen 2 about pixels 400 and 408 of row -300,
+    // with a pixel for antialiasing and one for rounding.
+    const QRect allowed(plot.viewportAt(400 - 10, -300 - 10),
+                        plot.viewportAt(408 + 11, -300 + 11));
+    QVERIFY2(allowed.contains(paints.region.boundingRect()),
+             qPrintable(QStringLiteral("%1,%2 %3x%4")
+                            .arg(paints.region.boundingRect().x())
+                            .arg(paints.region.boundingRect().y())
+                            .arg(paints.region.boundingRect().width())
+                            .arg(paints.region.boundingRect().height())));
+    QCOMPARE(picture->buildCount(), builds);
+    QCOMPARE(front->buildCount(), frontBuilds);
+    const QImage image = plot.render();
+    PIXEL_VERIFY(image.pixel(414, 200) == QColor(Qt::black).rgba()
+                     && image.pixel(406, 200) != QColor(Qt::black).rgba(),
+                 image, QStringLiteral("marker_step"));
 }
 
 QTEST_MAIN(tst_CurveMarks)
