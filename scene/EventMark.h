@@ -4,6 +4,7 @@
 
 #include "gnssplot_global.h"
 
+#include <QMetaType>
 #include <QtGlobal>
 
 /*! Kinds of event marks that the library knows by name and colour. A host
@@ -39,5 +40,9 @@ struct EventMark
     /*! Whether a field differs. */
     bool operator!=(const EventMark& other) const { return !(*this == other); }
 };
+
+// Marks travel in QVariant and queued signals, and Qt 5 builds the meta types
+// of their containers only from this one.
+Q_DECLARE_METATYPE(EventMark)
 
 #endif // GNSSPLOT_EVENTMARK_H

@@ -604,6 +604,13 @@ void tst_CurveMarks::markerMoveRepaintsRingOnly()
     PIXEL_VERIFY(image.pixel(414, 200) == QColor(Qt::black).rgba()
                      && image.pixel(406, 200) != QColor(Qt::black).rgba(),
                  image, QStringLiteral("marker_step"));
+
+    // The named curve removed: no ring is left, and nothing points at it.
+    plot.registry()->removeCurve("a");
+    const QImage gone = plot.render();
+    PIXEL_VERIFY(countColour(gone, Qt::black) == 0, gone, QStringLiteral("marker_removed"));
+    plot.move(plot.viewportAt(420.5, -299.5));
+    plot.view.viewport()->repaint();
 }
 
 QTEST_MAIN(tst_CurveMarks)
