@@ -45,8 +45,12 @@ struct EpochBarsContent
         their kind's colour from eventColors. Marks of data sets without a
         bar draw nothing. */
     QList<QVector<EventMark>> eventMarks;
+    /*! The colours of the marks' kinds. */
     EventMarkPalette eventColors;
 };
+
+/*! Half the width of an event tick on a bar, pixels. */
+constexpr int kEpochTickHalfWidth = 1;
 
 /*!
     The one painter of epoch bars, used by EpochLabel and by the pixmap
@@ -60,7 +64,8 @@ struct EpochBarsContent
     over the width instead; bars and marks keep their epochs and are only cut
     at the edges.
 
-    An event mark at epoch t on data set i is a tick over the bar, between
+    An event mark at epoch t of [startTime, endTime] on data set i (marks at
+    other epochs are skipped) is a tick over the bar, between
     the bars and the erase marks: the device-independent pixels from column
     floor(x) - kEpochTickHalfWidth to floor(x) + kEpochTickHalfWidth - 1,
     x being t's, and rows kEpochBarTop + kEpochBarPitch * i - 1 to the bar's
@@ -71,9 +76,6 @@ struct EpochBarsContent
     image unchanged. The painter's state is restored on return. Nothing is
     allocated per stretch.
 */
-/*! Half the width of an event tick on a bar, pixels. */
-constexpr int kEpochTickHalfWidth = 1;
-
 void paintEpochBars(QPainter* painter, const QRect& target, const EpochBarsContent& content);
 
 #endif // GNSSPLOT_EPOCHBARS_P_H
