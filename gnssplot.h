@@ -19,6 +19,7 @@
 
 // Curve registry
 #include "CurveScene.h"
+#include "EventMark.h"
 
 // Graphics presentation
 #include "CurveGraphicsScene.h"

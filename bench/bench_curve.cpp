@@ -15,10 +15,14 @@
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
 #include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsScene_p.h"
+#include "CurvePicture_p.h"
+#include "EventMark.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QThread>
@@ -369,6 +373,125 @@ void BM_Ours_DayHover(benchmark::State& state)
     state.counters["hit share"] = double(hits) / double(state.iterations());
 }
 
+// The day's wheel step with event marks on every curve: 40 a curve, a day
+// of cycle slips, losses of lock and gaps. Marks are drawn over the shared
+// picture, not counted into it, so the step should cost what
+// BM_Ours_DayWheel costs in the same run. Argument: worker threads.
+void BM_Ours_DayWheelMarks(benchmark::State& state)
+{
+    QThreadPool::globalInstance()->setMaxThreadCount(int(state.range(0)));
+    DayPlot plot;
+    CurveScene* registry = plot.view.getCurveScene();
+    for (int c = 0; c < kSatellites; ++c) {
+        QVector<EventMark> marks;
+        for (int i = 0; i < 40; ++i)
+            marks.append({qint64(i) * 2111 + c * 7, 1 + (i + c) % 3});
+        registry->setCurveEventMarks(QStringLiteral("S%1").arg(c, 3, 10, QLatin1Char('0')),
+                                     marks);
+    }
+    plot.render();
+    int delta = 120;
+    for (auto _ : state) {
+        plot.wheel(delta);
+        plot.render();
+        delta = -delta;
+    }
+    QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
+}
+
+// A mouse move of the hover read-out and the paint after it, swept along
+// viewport row 240 through the day's curves, with the picked-sample marker
+// off (0) or on (1). On, a move repaints the data area with the ring and the
+// named curve in front; the picture of all curves is never built again
+// (counter "shared builds"), the named curve's own picture only when
+// another curve is named ("front builds", per move).
+void BM_Ours_DayHoverMarker(benchmark::State& state)
+{
+    DayPlot plot;
+    plot.view.setHoverReadOutEnabled(true);
+    plot.view.setPickedSampleMarkerShown(state.range(0) != 0);
+    const auto* scene = qobject_cast<CurveGraphicsScene*>(plot.view.scene());
+    const CurvePicture* shared = CurveGraphicsSceneAccess::picture(scene);
+    const CurvePicture* front = CurveGraphicsSceneAccess::frontPicture(scene);
+    plot.render();
+    const quint64 sharedBefore = shared->buildCount();
+    const quint64 frontBefore = front->buildCount();
+    int x = 81;
+    for (auto _ : state) {
+        const QPoint pos(x, 240);
+        QMouseEvent event(QEvent::MouseMove, QPointF(pos),
+                          QPointF(plot.view.viewport()->mapToGlobal(pos)), Qt::NoButton,
+                          Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(plot.view.viewport(), &event);
+        plot.render();
+        x = x >= 790 ? 81 : x + 3;
+    }
+    const double moves = double(state.iterations());
+    state.counters["shared builds"] = double(shared->buildCount() - sharedBefore) / moves;
+    state.counters["front builds"] = double(front->buildCount() - frontBefore) / moves;
+}
+
+// Mouse moves along one curve of the day's crowd with the picked-sample
+// marker on: each names the next sample of the same curve, so only the
+// ring's old and new places are painted again and nothing is built.
+void BM_Ours_DayHoverAlongCurve(benchmark::State& state)
+{
+    DayPlot plot;
+    plot.view.setHoverReadOutEnabled(true);
+    plot.view.setPickedSampleMarkerShown(true);
+    plot.render();
+    // The path: from the curve found at row 240, follow that curve to the
+    // right, looking a few rows about its last place.
+    CurveGraphicsView::HoverSample sample;
+    std::vector<QPoint> path;
+    QString name;
+    int y = 240;
+    for (int x = 81; x < 790; x += 3) {
+        for (int dy = 0; dy <= 12; ++dy) {
+            const int tries[2] = {y - dy, y + dy};
+            bool bFound = false;
+            for (int ty : tries) {
+                if (!plot.view.hoverSampleAt(QPoint(x, ty), sample))
+                    continue;
+                if (name.isEmpty())
+                    name = sample.curveName;
+                if (sample.curveName == name) {
+                    path.emplace_back(x, ty);
+                    y = ty;
+                    bFound = true;
+                    break;
+                }
+            }
+            if (bFound)
+                break;
+        }
+    }
+    const auto* scene = qobject_cast<CurveGraphicsScene*>(plot.view.scene());
+    const CurvePicture* shared = CurveGraphicsSceneAccess::picture(scene);
+    const CurvePicture* front = CurveGraphicsSceneAccess::frontPicture(scene);
+    size_t i = 0;
+    const auto moveTo = [&plot](QPoint pos) {
+        QMouseEvent event(QEvent::MouseMove, QPointF(pos),
+                          QPointF(plot.view.viewport()->mapToGlobal(pos)), Qt::NoButton,
+                          Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(plot.view.viewport(), &event);
+    };
+    moveTo(path.at(0));
+    plot.render();
+    const quint64 sharedBefore = shared->buildCount();
+    const quint64 frontBefore = front->buildCount();
+    for (auto _ : state) {
+        i = i + 1 < path.size() ? i + 1 : 1;
+        moveTo(path.at(i));
+        // The window system paints what the view asked for.
+        QCoreApplication::processEvents();
+    }
+    const double moves = double(state.iterations());
+    state.counters["path"] = double(path.size());
+    state.counters["shared builds"] = double(shared->buildCount() - sharedBefore) / moves;
+    state.counters["front builds"] = double(front->buildCount() - frontBefore) / moves;
+}
+
 void BM_Ours_DayResize(benchmark::State& state)
 {
     DayPlot plot;
@@ -566,6 +689,13 @@ BENCHMARK(BM_Ours_DayTimeZoom)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayTimePan)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayHover)->Arg(240)->Arg(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Ours_DayResize)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Ours_DayWheelMarks)
+    ->Unit(benchmark::kMillisecond)
+    ->ArgName("threads")
+    ->Arg(1)
+    ->Arg(2);
+BENCHMARK(BM_Ours_DayHoverAlongCurve)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Ours_DayHoverMarker)->ArgName("marker")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 #ifdef GNSSPLOT_BENCH_PEERS
 BENCHMARK(BM_Qcp_LoadPaint)->Apply(curveSizes);
 BENCHMARK(BM_Qcp_Repaint)->Apply(curveSizes);

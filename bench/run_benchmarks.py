@@ -278,6 +278,15 @@ def main():
               '| < 2 |',
               f'| hover query, 145 curves, above them | {fmt(g("BM_Ours_DayHover", 20))} '
               '| < 2 |',
+              '| one wheel step, 2 threads, 40 event marks on every curve '
+              f'| {fmt(g("BM_Ours_DayWheelMarks/threads:2"))} '
+              f'| = one wheel step ({ratio(g("BM_Ours_DayWheelMarks/threads:2"), day2)}) |',
+              '| hover move + full paint, marker off '
+              f'| {fmt(g("BM_Ours_DayHoverMarker/marker:0"))} | - |',
+              '| hover move + full paint, picked-sample marker on, another curve each move '
+              f'| {fmt(g("BM_Ours_DayHoverMarker/marker:1"))} | no rebuild of all curves |',
+              '| hover move along one curve, marker on, paint of the ring only '
+              f'| {fmt(g("BM_Ours_DayHoverAlongCurve"))} | nothing built |',
               ] + display_table(days) + [
               '', '## Demo: synthetic 1 Hz day, 145 curves (bench_demo)', '',
               '| | median | target |', '|---|---|---|',

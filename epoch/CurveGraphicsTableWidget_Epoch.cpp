@@ -28,6 +28,15 @@ void CurveGraphicsTableWidget_EpochPrivate::showMarks()
     }
 }
 
+void CurveGraphicsTableWidget_EpochPrivate::showEventMarks()
+{
+    for (auto it = labels.cbegin(); it != labels.cend(); ++it) {
+        it.value()->setEventMarks(model.eventMarksOf(it.key()));
+        it.value()->setEventColors(eventColors);
+        it.value()->update();
+    }
+}
+
 CurveGraphicsTableWidget_Epoch::CurveGraphicsTableWidget_Epoch(QWidget* parent)
     : QTableWidget(parent)
     , d(new CurveGraphicsTableWidget_EpochPrivate(this))
@@ -101,6 +110,8 @@ void CurveGraphicsTableWidget_Epoch::setResources(
         EpochLabel* label = new EpochLabel;
         label->setEpochData(startTime, endTime, it.value(), bEnabled, d->model.marksOf(name));
         label->setTimeWindow(d->window);
+        label->setEventMarks(d->model.eventMarksOf(name));
+        label->setEventColors(d->eventColors);
 
         const int row = rowCount();
         insertRow(row);
@@ -156,6 +167,56 @@ void CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(
         QPainter painter(pixmap);
         paintEpochBars(&painter, pixmap->rect(), content);
     }
+}
+
+void CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(
+    qint64 startTime, qint64 endTime, const QMap<QString, QList<stEpochDataSet>>& epochData,
+    const QMap<QString, bool>& enabledMap, const QMap<QString, QPixmap*>& pixmaps,
+    const QMap<QString, QList<QVector<EventMark>>>& eventMarks,
+    const QMap<int, QColor>& eventKindColors)
+{
+    // The same content as the table's labels fill, marks and all, so that a
+    // pixmap shows a row as the table does.
+    EventMarkPalette colors;
+    for (auto it = eventKindColors.cbegin(); it != eventKindColors.cend(); ++it)
+        colors.setColor(it.key(), it.value());
+    EpochBarsContent content;
+    content.startTime = startTime;
+    content.endTime = endTime;
+    content.eventColors = colors;
+    for (auto it = epochData.cbegin(); it != epochData.cend(); ++it) {
+        QPixmap* pixmap = pixmaps.value(it.key(), nullptr);
+        if (!pixmap || pixmap->isNull())
+            continue;
+        makeEpochBrushes(it.value().size(), enabledMap.value(it.key(), false), content.brushes);
+        content.dataSets = it.value();
+        content.eventMarks = eventMarks.value(it.key());
+        QPainter painter(pixmap);
+        paintEpochBars(&painter, pixmap->rect(), content);
+    }
+}
+
+void CurveGraphicsTableWidget_Epoch::setEventMarks(
+    const QMap<QString, QList<QVector<EventMark>>>& marks)
+{
+    if (d->model.setEventMarks(marks))
+        d->showEventMarks();
+}
+
+QMap<QString, QList<QVector<EventMark>>> CurveGraphicsTableWidget_Epoch::getEventMarks() const
+{
+    return d->model.eventMarks();
+}
+
+void CurveGraphicsTableWidget_Epoch::setEventKindColor(int kind, const QColor& color)
+{
+    if (d->eventColors.setColor(kind, color))
+        d->showEventMarks();
+}
+
+QColor CurveGraphicsTableWidget_Epoch::getEventKindColor(int kind) const
+{
+    return d->eventColors.color(kind);
 }
 
 void CurveGraphicsTableWidget_Epoch::clearEraseMarkActions()

@@ -3,6 +3,7 @@
 #define GNSSPLOT_CURVEGRAPHICSTABLEWIDGET_EPOCH_H
 
 #include "gnssplot_global.h"
+#include "EventMark.h"
 #include "stEpochDataSet.h"
 
 #include <QColor>
@@ -12,6 +13,7 @@
 #include <QPoint>
 #include <QString>
 #include <QTableWidget>
+#include <QVector>
 
 #include <memory>
 
@@ -93,6 +95,14 @@ class QWheelEvent;
     table->setTimeAxisVisible(true);
     table->alignBarsWith(view);
     \endcode
+
+    \section event_marks Event marks
+
+    setEventMarks() (none by default) gives satellites events at epochs per
+    band: cycle slips, losses of lock, gaps or the host's own kinds
+    (EventMark), each drawn as a short tick across that band's bar in the
+    colour of its kind (setEventKindColor()). Ticks follow the time window
+    as the bars do; PaintAllLabelsToDevice() draws them into pixmaps too.
 */
 class GNSSPLOT_EXPORT CurveGraphicsTableWidget_Epoch : public QTableWidget
 {
@@ -145,6 +155,39 @@ public:
                                        const QMap<QString, QList<stEpochDataSet>>& epochData,
                                        const QMap<QString, bool>& enabledMap,
                                        const QMap<QString, QPixmap*>& pixmaps);
+    /*! Paints as the call above does, with the event marks of
+        \a eventMarks (per satellite, per band; see setEventMarks()) as ticks
+        on the bars, in the colours of \a eventKindColors by kind and the
+        defaults of setEventKindColor() for other kinds. Marks of satellites
+        not painted and of bands without a bar draw nothing. */
+    static void PaintAllLabelsToDevice(qint64 startTime, qint64 endTime,
+                                       const QMap<QString, QList<stEpochDataSet>>& epochData,
+                                       const QMap<QString, bool>& enabledMap,
+                                       const QMap<QString, QPixmap*>& pixmaps,
+                                       const QMap<QString, QList<QVector<EventMark>>>& eventMarks,
+                                       const QMap<int, QColor>& eventKindColors = {});
+
+    /*! Gives the bars event marks: under each satellite's name, per band in
+        data set order, the epochs (in the host's epoch unit, as
+        setResources() takes them) and kinds of its events, drawn as ticks
+        across that band's bar. Replaces every mark given before; an empty
+        map (the default) shows none. The marks are the host's: they stay
+        through setResources() and clearAll() until replaced, satellites
+        without a row and bands without a bar keep theirs but show nothing,
+        and epochs outside the range or the time window show nothing.
+        Emits nothing. */
+    void setEventMarks(const QMap<QString, QList<QVector<EventMark>>>& marks);
+    /*! The event marks given by setEventMarks(), without satellites whose
+        bands hold none. */
+    QMap<QString, QList<QVector<EventMark>>> getEventMarks() const;
+    /*! Draws the event marks of \a kind (EEventMarkKind or the host's own)
+        in \a color and repaints the bars when that changes. An invalid
+        colour gives the default back: red for cycle slips, orange for
+        losses of lock, dark grey for gaps, violet for the host's kinds,
+        as CurveGraphicsView draws them. */
+    void setEventKindColor(int kind, const QColor& color);
+    /*! The colour the marks of \a kind are drawn in. */
+    QColor getEventKindColor(int kind) const;
 
     /*! Drops every erase mark, sets the action count to 0 and emits
         sgEraseMarksChanged(). Does nothing when there are no actions. */

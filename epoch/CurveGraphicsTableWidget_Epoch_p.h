@@ -5,6 +5,7 @@
 #include "CurveGraphicsTableWidget_Epoch.h"
 #include "EpochGeometry_p.h"
 #include "EpochTableModel_p.h"
+#include "EventMarkPalette_p.h"
 #include "TimeNavigator_p.h"
 
 #include <QMap>
@@ -51,6 +52,8 @@ public:
     bool barCell(QRect& geometry) const;
     // Shows the model's marks in every label.
     void showMarks();
+    // Shows the model's event marks and their colours in every label.
+    void showEventMarks();
 
     bool navigationEnabled() const override { return bNavigation; }
     TimeWindow navigationWindow() const override;
@@ -81,6 +84,7 @@ public:
     EpochTimeHeader* header = nullptr;
     bool bHeaderWasHidden = false;
     QPointer<EpochBarAlignment> alignment;
+    EventMarkPalette eventColors;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSTABLEWIDGET_EPOCH_P_H

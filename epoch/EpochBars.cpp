@@ -94,6 +94,28 @@ void paintEpochBars(QPainter* painter, const QRect& target, const EpochBarsConte
                         });
     }
 
+    // Ticks of events, whole pixels wide so that they stay crisp under
+    // antialiasing, one colour per kind.
+    const int tickBands = qMin(bands, content.eventMarks.size());
+    for (int i = 0; i < tickBands; ++i) {
+        const int top = kEpochBarTop + kEpochBarPitch * i - 1;
+        if (top >= h)
+            break;
+        for (const EventMark& mark : content.eventMarks.at(i)) {
+            // An epoch outside the range has no place on the bar, even one
+            // that would map just inside the edge.
+            if (mark.position < startTime || mark.position > endTime)
+                continue;
+            const double x = mapping.toX(mark.position);
+            if (!(x >= -kMargin && x <= width + kMargin))
+                continue;
+            const int column = int(std::floor(x));
+            painter->fillRect(QRect(column - kEpochTickHalfWidth, top, 2 * kEpochTickHalfWidth,
+                                    kEpochBarHeight + 2),
+                              content.eventColors.color(mark.kind));
+        }
+    }
+
     if (!content.eraseMarks.isEmpty()) {
         painter->setPen(content.markPen);
         painter->setBrush(Qt::NoBrush);

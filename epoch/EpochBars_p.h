@@ -3,6 +3,8 @@
 #define GNSSPLOT_EPOCHBARS_P_H
 
 #include "EpochGeometry_p.h"
+#include "EventMark.h"
+#include "EventMarkPalette_p.h"
 #include "stEpochDataSet.h"
 
 #include <QBrush>
@@ -11,6 +13,7 @@
 #include <QPair>
 #include <QPen>
 #include <QRect>
+#include <QVector>
 
 class QPainter;
 
@@ -38,7 +41,16 @@ struct EpochBarsContent
     QPen rectPen;
     /*! The part of the range shown; inactive for the whole range. */
     EpochWindow window;
+    /*! Event marks per data set, drawn as ticks on that data set's bar in
+        their kind's colour from eventColors. Marks of data sets without a
+        bar draw nothing. */
+    QList<QVector<EventMark>> eventMarks;
+    /*! The colours of the marks' kinds. */
+    EventMarkPalette eventColors;
 };
+
+/*! Half the width of an event tick on a bar, pixels. */
+constexpr int kEpochTickHalfWidth = 1;
 
 /*!
     The one painter of epoch bars, used by EpochLabel and by the pixmap
@@ -51,6 +63,13 @@ struct EpochBarsContent
     both diagonals from y 2 to height - 4. An active window maps its own span
     over the width instead; bars and marks keep their epochs and are only cut
     at the edges.
+
+    An event mark at epoch t of [startTime, endTime] on data set i (marks at
+    other epochs are skipped) is a tick over the bar, between
+    the bars and the erase marks: the device-independent pixels from column
+    floor(x) - kEpochTickHalfWidth to floor(x) + kEpochTickHalfWidth - 1,
+    x being t's, and rows kEpochBarTop + kEpochBarPitch * i - 1 to the bar's
+    bottom row + 1, filled in the kind's colour.
 
     Stretches and marks that lie wholly outside the target are skipped and
     far-away coordinates are cut back to just beyond it, which leaves the

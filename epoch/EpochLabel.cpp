@@ -79,6 +79,8 @@ void EpochLabel::paintEvent(QPaintEvent*)
         content.dragRect = dragRect.translated(-geometry().topLeft());
     content.rectPen = rectPen;
     content.window = window;
+    content.eventMarks = eventMarks;
+    content.eventColors = eventColors;
     QPainter painter(this);
     paintEpochBars(&painter, rect(), content);
 }

@@ -3,6 +3,8 @@
 #define GNSSPLOT_EPOCHLABEL_P_H
 
 #include "EpochGeometry_p.h"
+#include "EventMark.h"
+#include "EventMarkPalette_p.h"
 #include "stEpochDataSet.h"
 
 #include <QBrush>
@@ -12,6 +14,7 @@
 #include <QPair>
 #include <QPen>
 #include <QRect>
+#include <QVector>
 
 /*
     The bar cell of one satellite row of CurveGraphicsTableWidget_Epoch: one
@@ -61,6 +64,12 @@ public:
     const EpochWindow& getTimeWindow() const { return window; }
     void setTimeWindow(const EpochWindow& w) { window = w; }
 
+    // The host's event marks per data set and the colours of their kinds.
+    // Do not repaint.
+    const QList<QVector<EventMark>>& getEventMarks() const { return eventMarks; }
+    void setEventMarks(const QList<QVector<EventMark>>& marks) { eventMarks = marks; }
+    void setEventColors(const EventMarkPalette& colors) { eventColors = colors; }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -77,6 +86,8 @@ private:
     QPen rectPen;
     QRect dragRect;
     EpochWindow window;
+    QList<QVector<EventMark>> eventMarks;
+    EventMarkPalette eventColors;
 };
 
 #endif // GNSSPLOT_EPOCHLABEL_P_H

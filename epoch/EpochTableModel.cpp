@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "EpochTableModel_p.h"
 
+#include <algorithm>
+
 void EpochTableModel::reset()
 {
     m_satellites.clear();
@@ -111,4 +113,23 @@ void EpochTableModel::readSelection(QMap<QString, bool>& selection) const
 {
     for (auto it = m_satellites.cbegin(); it != m_satellites.cend(); ++it)
         selection.insert(it.key(), it->bChecked);
+}
+
+bool EpochTableModel::setEventMarks(const QMap<QString, EventMarks>& marks)
+{
+    // Satellites whose bands hold no mark say nothing: leaving them out
+    // keeps "no marks" one value, however the host spelled it.
+    QMap<QString, EventMarks> kept;
+    for (auto it = marks.cbegin(); it != marks.cend(); ++it) {
+        const bool bAny = std::any_of(it.value().cbegin(), it.value().cend(),
+                                      [](const QVector<EventMark>& band) {
+                                          return !band.isEmpty();
+                                      });
+        if (bAny)
+            kept.insert(it.key(), it.value());
+    }
+    if (kept == m_eventMarks)
+        return false;
+    m_eventMarks = kept;
+    return true;
 }

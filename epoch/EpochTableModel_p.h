@@ -2,6 +2,7 @@
 #ifndef GNSSPLOT_EPOCHTABLEMODEL_P_H
 #define GNSSPLOT_EPOCHTABLEMODEL_P_H
 
+#include "EventMark.h"
 #include "stEpochDataSet.h"
 
 #include <QList>
@@ -9,6 +10,7 @@
 #include <QPair>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 /*
     What the user has chosen in an epoch table, kept apart from the widgets
@@ -25,12 +27,20 @@
     Satellites are kept in ascending name order, the order of the table's
     rows. The model knows nothing of pixels; the table turns gestures into
     calls here and shows the result in its labels.
+
+    Apart from the user's choices it keeps the host's event marks: per
+    satellite and band, epochs with a kind. They are the host's account of
+    its data, not the user's, so they outlast reset() (a new setResources()
+    of the same data keeps them) until the host gives others; names without
+    a row and bands without a bar are kept and show nothing.
 */
 class EpochTableModel
 {
 public:
     using Mark = QPair<qint64, qint64>;
     using Marks = QMap<int, Mark>;
+    // Per band (data set order), the event marks on its bar.
+    using EventMarks = QList<QVector<EventMark>>;
 
     // Forgets every satellite, mark and action.
     void reset();
@@ -71,6 +81,13 @@ public:
     // other names stay; without satellites \a selection is untouched.
     void readSelection(QMap<QString, bool>& selection) const;
 
+    // Replaces every satellite's event marks; satellites with no band
+    // holding a mark are dropped. False when nothing changed.
+    bool setEventMarks(const QMap<QString, EventMarks>& marks);
+    // The event marks of \a name; empty for a name without any.
+    EventMarks eventMarksOf(const QString& name) const { return m_eventMarks.value(name); }
+    const QMap<QString, EventMarks>& eventMarks() const { return m_eventMarks; }
+
 private:
     struct Satellite
     {
@@ -79,6 +96,7 @@ private:
     };
     QMap<QString, Satellite> m_satellites;
     int m_actionCount = 0;
+    QMap<QString, EventMarks> m_eventMarks;
 };
 
 #endif // GNSSPLOT_EPOCHTABLEMODEL_P_H

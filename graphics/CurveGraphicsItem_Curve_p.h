@@ -9,6 +9,7 @@
 #include "CurveSnapshot_p.h"
 #include "Curve_Coord.h"
 #include "CurveVectorPainter_p.h"
+#include "EventMark.h"
 
 #include <QGraphicsObject>
 #include <QList>
@@ -27,6 +28,7 @@ class Curve_Coord_XY;
 class Curve_DataSet;
 class Curve_DataSet_XY;
 class CurveComposition;
+class EventMarkPalette;
 class QPainter;
 
 /*
@@ -180,6 +182,32 @@ public:
     // item is hidden.
     bool nearestSample(const QPointF& pos, double radius, double limit2, Nearest* nearest);
 
+    // Event marks: short ticks on the shown Y indexes at the marks' samples,
+    // each in its kind's colour, drawn over every curve by the scene's
+    // overlay. They are not part of the curves' picture, so setting them
+    // builds no picture again.
+    static constexpr int kTickHalfWidth = 1;
+    static constexpr int kTickHalfHeight = 5;
+    // Takes the curve's marks as the registry holds them.
+    void setEventMarks(const QVector<EventMark>& marks);
+    bool hasEventMarks() const { return !m_marks.empty(); }
+    // The kinds of the marks at sample \a index, in the order given; empty
+    // when there are none.
+    QList<int> eventKindsAt(qint64 index) const;
+    // Paints the ticks in item pixels: a (2 kTickHalfWidth + 1) x
+    // (2 kTickHalfHeight + 1) block centred on the pixel the sample is drawn
+    // in. Marks without a sample, a number or a place in the data area are
+    // left out; nothing while the item is hidden.
+    void paintEventMarks(QPainter* painter, const EventMarkPalette& palette);
+    // The centre of the pixel that sample \a index of Y index \a yIndex is
+    // drawn in, item pixels; false when it is not drawn (no such sample, a
+    // NaN, outside the data area, a Y index the selection hides).
+    bool samplePixelCentre(int yIndex, qint64 index, QPointF* centre);
+    // Paints the curve as paint() does, but a picture through \a composition
+    // (one the item is the first member of): the curve drawn once more in
+    // front of the others.
+    void paintThrough(QPainter* painter, CurveComposition* composition);
+
 protected:
     void invalidate(Change change) override;
     void freeze() override;
@@ -216,6 +244,8 @@ private:
     CurveColumns m_columns;
     quint64 m_version = 0;
     std::unique_ptr<CurveComposition> m_ownComposition;
+    // Sorted by sample index; marks of one index keep the order given.
+    std::vector<EventMark> m_marks;
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSITEM_CURVE_P_H

@@ -6,6 +6,7 @@
 #include "CurveComposition_p.h"
 #include "CurveGraphicsItem_Coord_p.h"
 #include "CurveGraphicsItem_Curve_p.h"
+#include "CurveGraphicsItem_Overlay_p.h"
 #include "CurveGraphicsItem_ShowWhichY_p.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet_XY.h"
@@ -57,6 +58,43 @@ public:
     // The picture the curve items under the frame share, in their drawing
     // order (the frame's children in stacking order).
     CurveComposition m_composition{[this]() { return pictureMembers(); }};
+    // The unit of the Y labels; empty for metres.
+    QString m_valueUnit;
+    // What is drawn over the curves, and the item that draws it, made only
+    // once something is to be drawn there.
+    CurveOverlayState m_overlay;
+    QPointer<CurveGraphicsItem_Overlay> m_overlayItem;
+
+    bool overlayWanted() const
+    {
+        if (m_overlay.bMarker)
+            return true;
+        for (const CurveGraphicsItem_Curve* item : m_curveItems) {
+            const auto* xy = qobject_cast<const CurveGraphicsItem_Curve_XY*>(item);
+            if (xy && xy->hasEventMarks())
+                return true;
+        }
+        return false;
+    }
+
+    // Makes the overlay under the current frame if there is none, and
+    // repaints it.
+    void updateOverlay()
+    {
+        if (!m_overlayItem && m_coordItem) {
+            auto* overlay = new CurveGraphicsItem_Overlay(
+                &m_overlay, [this]() { return pictureMembers(); }, m_coordItem);
+            m_overlayItem = overlay;
+            QObject::connect(m_coordItem, &CurveGraphicsItem_Coord::sgDataAreaChanged, overlay,
+                             &CurveGraphicsItem_Overlay::onDataAreaChanged);
+            if (auto* frame = qobject_cast<CurveGraphicsItem_Coord_PXPY*>(m_coordItem)) {
+                const QRectF area = frame->getDataRect();
+                overlay->onDataAreaChanged(area.width(), area.height());
+            }
+        }
+        if (m_overlayItem)
+            m_overlayItem->update();
+    }
 
     QVector<CurveGraphicsItem_Curve_XY*> pictureMembers() const
     {
@@ -90,6 +128,15 @@ CurveGraphicsScene::CurveGraphicsScene(QGraphicsView* view)
             &CurveGraphicsScene::onSgCurveShowParamChanged, Qt::UniqueConnection);
     connect(m_data->m_curveScene, &CurveScene::sgCurveSingleShow, this,
             &CurveGraphicsScene::onSgSingleShow, Qt::UniqueConnection);
+    connect(m_data->m_curveScene, &CurveScene::sgCurveEventMarksChanged, this,
+            [this](const QString& curveName) {
+                auto* item = qobject_cast<CurveGraphicsItem_Curve_XY*>(
+                    m_data->m_curveItems.value(curveName, nullptr));
+                if (!item)
+                    return;
+                item->setEventMarks(m_data->m_curveScene->getCurveEventMarks(curveName));
+                m_data->updateOverlay();
+            });
     setBackgroundBrush(QBrush(QColor(255, 255, 255, 255), Qt::SolidPattern));
 }
 
@@ -189,6 +236,9 @@ void CurveGraphicsScene::onSgCoordChanged()
         // one): they follow the registry's current one, bound here.
         item->rebindCoord(m_data->m_coord.data());
     }
+    // The overlay went with the old frame.
+    if (m_data->overlayWanted())
+        m_data->updateOverlay();
     adjustCoordArea();
 }
 
@@ -202,6 +252,7 @@ void CurveGraphicsScene::onSgCurveAdded(QString curveName)
     if (coordXY && dataSet) {
         auto* item = new CurveGraphicsItem_Curve_XY(m_data->m_curveScene, coordXY, curveName,
                                                     dataSet, nullptr);
+        item->setEventMarks(m_data->m_curveScene->getCurveEventMarks(curveName));
         m_data->m_curveItems.insert(curveName, item);
         if (m_data->m_coordItem) {
             connect(m_data->m_coordItem, &CurveGraphicsItem_Coord::sgDataAreaChanged, item,
@@ -251,7 +302,12 @@ void CurveGraphicsScene::onSgCoordAreaChanged()
     const TimeLabeller::Labels labels = TimeLabeller::axisLabels(
         xMin, xMax, frame->getDataRect().width(), frame->font(), m_data->m_roundTimeTicks);
     frame->setXLabelsCentred(labels.bCentred);
-    frame->setLabels(labels.ticks, makeYLabels(*coordXY, kSceneYTicks, tr("m")), labels.date,
+    // A unit of the host's own stands apart from the number; metres keep
+    // the label they always had.
+    const QString unit = m_data->m_valueUnit.isEmpty()
+                             ? tr("m")
+                             : QLatin1Char(' ') + m_data->m_valueUnit;
+    frame->setLabels(labels.ticks, makeYLabels(*coordXY, kSceneYTicks, unit), labels.date,
                      TimeLabeller::timeSystemCaption());
 }
 
@@ -356,6 +412,111 @@ void CurveGraphicsSceneAccess::setMixByCount(CurveGraphicsScene* scene, bool bBy
     scene->m_data->m_composition.setMix(bByCount ? CurvePicture::Mix::ByCount
                                                  : CurvePicture::Mix::InOrder);
     scene->update();
+}
+
+void CurveGraphicsSceneAccess::setValueUnit(CurveGraphicsScene* scene, const QString& unit)
+{
+    if (!scene || unit == scene->m_data->m_valueUnit)
+        return;
+    scene->m_data->m_valueUnit = unit;
+    scene->onSgCoordAreaChanged();
+    if (scene->m_data->m_coordItem)
+        scene->m_data->m_coordItem->update();
+}
+
+QString CurveGraphicsSceneAccess::valueUnit(const CurveGraphicsScene* scene)
+{
+    return scene ? scene->m_data->m_valueUnit : QString();
+}
+
+bool CurveGraphicsSceneAccess::setEventKindColor(CurveGraphicsScene* scene, int kind,
+                                                 const QColor& color)
+{
+    if (!scene || !scene->m_data->m_overlay.palette.setColor(kind, color))
+        return false;
+    if (scene->m_data->m_overlayItem)
+        scene->m_data->m_overlayItem->update();
+    return true;
+}
+
+QColor CurveGraphicsSceneAccess::eventKindColor(const CurveGraphicsScene* scene, int kind)
+{
+    return scene ? scene->m_data->m_overlay.palette.color(kind)
+                 : EventMarkPalette::defaultColor(kind);
+}
+
+QList<int> CurveGraphicsSceneAccess::eventKindsAt(const CurveGraphicsScene* scene,
+                                                  const QString& curveName, qint64 index)
+{
+    const auto* item = scene ? qobject_cast<const CurveGraphicsItem_Curve_XY*>(
+                                   scene->m_data->m_curveItems.value(curveName, nullptr))
+                             : nullptr;
+    return item ? item->eventKindsAt(index) : QList<int>();
+}
+
+void CurveGraphicsSceneAccess::setPickedMarker(CurveGraphicsScene* scene, bool bOn)
+{
+    if (!scene || bOn == scene->m_data->m_overlay.bMarker)
+        return;
+    CurveOverlayState& overlay = scene->m_data->m_overlay;
+    overlay.bMarker = bOn;
+    if (!bOn) {
+        overlay.picked = nullptr;
+        overlay.front.release();
+    }
+    if (bOn || scene->m_data->m_overlayItem)
+        scene->m_data->updateOverlay();
+}
+
+bool CurveGraphicsSceneAccess::isPickedMarker(const CurveGraphicsScene* scene)
+{
+    return scene && scene->m_data->m_overlay.bMarker;
+}
+
+void CurveGraphicsSceneAccess::setPicked(CurveGraphicsScene* scene, const QString& curveName,
+                                         int yIndex, qint64 index)
+{
+    if (!scene || !scene->m_data->m_overlay.bMarker)
+        return;
+    CurveOverlayState& overlay = scene->m_data->m_overlay;
+    auto* item = qobject_cast<CurveGraphicsItem_Curve_XY*>(
+        scene->m_data->m_curveItems.value(curveName, nullptr));
+    if (item == overlay.picked && yIndex == overlay.pickedY && index == overlay.pickedIndex)
+        return;
+    // Along the same curve only the ring moves: the curve in front stays as
+    // it is, so only the ring's old and new places are painted again.
+    CurveGraphicsItem_Overlay* overlayItem = scene->m_data->m_overlayItem;
+    if (item && item == overlay.picked && yIndex == overlay.pickedY && overlayItem) {
+        QPointF centre;
+        if (item->samplePixelCentre(yIndex, overlay.pickedIndex, &centre))
+            overlayItem->updateRing(centre);
+        overlay.pickedIndex = index;
+        if (item->samplePixelCentre(yIndex, index, &centre))
+            overlayItem->updateRing(centre);
+        return;
+    }
+    overlay.picked = item;
+    overlay.pickedY = yIndex;
+    overlay.pickedIndex = index;
+    scene->m_data->updateOverlay();
+}
+
+void CurveGraphicsSceneAccess::clearPicked(CurveGraphicsScene* scene)
+{
+    if (!scene || !scene->m_data->m_overlay.picked)
+        return;
+    scene->m_data->m_overlay.picked = nullptr;
+    scene->m_data->updateOverlay();
+}
+
+const CurvePicture* CurveGraphicsSceneAccess::frontPicture(const CurveGraphicsScene* scene)
+{
+    return scene ? &scene->m_data->m_overlay.front.picture() : nullptr;
+}
+
+const CurvePicture* CurveGraphicsSceneAccess::picture(const CurveGraphicsScene* scene)
+{
+    return scene ? &scene->m_data->m_composition.picture() : nullptr;
 }
 
 bool CurveGraphicsSceneAccess::isMixByCount(const CurveGraphicsScene* scene)

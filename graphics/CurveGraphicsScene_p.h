@@ -4,6 +4,8 @@
 
 #include "CurveNearest_p.h"
 
+#include <QColor>
+#include <QList>
 #include <QPointF>
 #include <QRectF>
 #include <QSize>
@@ -13,6 +15,7 @@
 class CurveComposition;
 class CurveGraphicsItem_Curve_XY;
 class CurveGraphicsScene;
+class CurvePicture;
 
 /*
     What a CurveGraphicsScene offers the view and its own curve items beyond
@@ -47,6 +50,33 @@ struct CurveGraphicsSceneAccess
     // Whether the curves mix by count instead of drawing order.
     static void setMixByCount(CurveGraphicsScene* scene, bool bByCount);
     static bool isMixByCount(const CurveGraphicsScene* scene);
+
+    // The unit of the Y labels; empty gives the translated "m". Relabels
+    // when it changes.
+    static void setValueUnit(CurveGraphicsScene* scene, const QString& unit);
+    static QString valueUnit(const CurveGraphicsScene* scene);
+
+    // The colour event marks of \a kind are drawn in; an invalid colour
+    // gives the default back. False when the colour drawn stays the same.
+    static bool setEventKindColor(CurveGraphicsScene* scene, int kind, const QColor& color);
+    static QColor eventKindColor(const CurveGraphicsScene* scene, int kind);
+    // The kinds of the marks at sample \a index of \a curveName.
+    static QList<int> eventKindsAt(const CurveGraphicsScene* scene, const QString& curveName,
+                                   qint64 index);
+
+    // The picked-sample marker: while on, setPicked() names the sample the
+    // ring goes round and whose curve is drawn in front; clearPicked() takes
+    // both away. Only the overlay repaints.
+    static void setPickedMarker(CurveGraphicsScene* scene, bool bOn);
+    static bool isPickedMarker(const CurveGraphicsScene* scene);
+    static void setPicked(CurveGraphicsScene* scene, const QString& curveName, int yIndex,
+                          qint64 index);
+    static void clearPicked(CurveGraphicsScene* scene);
+
+    // The shared picture of the curves and the front picture of the named
+    // curve, for tests and benchmarks that count their builds.
+    static const CurvePicture* picture(const CurveGraphicsScene* scene);
+    static const CurvePicture* frontPicture(const CurveGraphicsScene* scene);
 };
 
 #endif // GNSSPLOT_CURVEGRAPHICSSCENE_P_H

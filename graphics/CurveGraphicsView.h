@@ -5,8 +5,10 @@
 #include "gnssplot_global.h"
 
 #include "CurveScene.h"
+#include "EventMark.h"
 
 #include <QGraphicsView>
+#include <QList>
 #include <QPointer>
 
 #include <memory>
@@ -75,6 +77,26 @@ class CurveGraphicsScene;
     reports the drawn sample nearest to the cursor, within kHoverRadius
     pixels, by sgHover(), and sgHoverNone() when none is near any more. With
     hoverToolTip as well, it shows the sample in a tool tip.
+
+    \par Units, event marks and the picked sample
+
+    These are off (or metres) by default, and a plot that does not use them
+    looks and behaves exactly as without them.
+    - valueUnit names the unit of the Y values ("dB-Hz", "TECU", "ns") in
+      the Y labels and the hover read-out; empty, the default, reads "m".
+    - Event marks given per curve through the registry
+      (CurveScene::setCurveEventMarks()) are drawn as short vertical ticks
+      on the curve at their samples, in the colour of their kind
+      (setEventKindColor()), over every curve, on each Y axis the
+      Y-selection shows; they follow zoom, time navigation, visibility and
+      single show. When the sample the hover read-out finds carries marks,
+      sgHoverEventMarks() follows sgHover() and the tool tip names their
+      kinds (getEventKindName()).
+    - With pickedSampleMarker and the hover read-out on, a ring marks the
+      sample the read-out names and its curve is drawn once more in front
+      of the others, so that a satellite under a crowd of others shows; both
+      go when the read-out reports nothing. Moving the marker repaints only
+      the plot's data area and builds no new picture of all the curves.
 */
 class GNSSPLOT_EXPORT CurveGraphicsView : public QGraphicsView
 {
@@ -93,6 +115,13 @@ class GNSSPLOT_EXPORT CurveGraphicsView : public QGraphicsView
         default. */
     Q_PROPERTY(bool orderIndependentMix READ isOrderIndependentMix
                    WRITE setOrderIndependentMix)
+    /*! The unit of the Y values in the labels and the hover read-out; empty
+        (the default) for metres. */
+    Q_PROPERTY(QString valueUnit READ getValueUnit WRITE setValueUnit)
+    /*! Whether the hover read-out rings the sample it names and draws its
+        curve in front; false by default. */
+    Q_PROPERTY(bool pickedSampleMarker READ isPickedSampleMarkerShown
+                   WRITE setPickedSampleMarkerShown)
 public:
     /*! A drawn sample, as the hover read-out finds it. */
     struct HoverSample
@@ -188,6 +217,37 @@ public:
         Works whether or not the read-out is switched on. */
     bool hoverSampleAt(const QPoint& viewportPos, HoverSample& sample);
 
+    /*! Names the unit of the Y values, for example "dB-Hz", "TECU" or "ns":
+        the Y labels read "45.000 dB-Hz" and the hover tool tip "Value 45.000
+        dB-Hz". An empty \a unit (the default) keeps the translated "m" of a
+        plot in metres, labels and tool tip exactly as they were. Relabels
+        at once when the unit changes. */
+    void setValueUnit(const QString& unit);
+    /*! The unit set by setValueUnit(); empty for metres. */
+    QString getValueUnit() const;
+
+    /*! Draws the event marks of \a kind (EEventMarkKind or the host's own)
+        in \a color, alpha included, and repaints them when that changes.
+        An invalid colour gives the default back: red for cycle slips,
+        orange for losses of lock, dark grey for gaps, violet for the host's
+        kinds. */
+    void setEventKindColor(int kind, const QColor& color);
+    /*! The colour the marks of \a kind are drawn in. */
+    QColor getEventKindColor(int kind) const;
+    /*! Names \a kind in the hover tool tip; an empty \a name gives the
+        default back: the translated "cycle slip", "loss of lock" and "gap",
+        and "event N" for the host's kind N. */
+    void setEventKindName(int kind, const QString& name);
+    /*! The name of \a kind in the hover tool tip. */
+    QString getEventKindName(int kind) const;
+
+    /*! Switches the picked-sample marker on or off (see the class
+        description). It shows only while the hover read-out is on and names
+        a sample; switching it off takes the ring away at once. */
+    void setPickedSampleMarkerShown(bool bShown);
+    /*! Whether the picked-sample marker is on; false by default. */
+    bool isPickedSampleMarkerShown() const;
+
 public slots:
     /*! Shows the time window [\a tMin, \a tMax], milliseconds since 1970,
         fitted into the data: no wider than the X range of all data, at least
@@ -212,6 +272,12 @@ signals:
     /*! No sample is near the cursor any more (or it left the view). Emitted
         once after the last sgHover(). */
     void sgHoverNone();
+    /*! The sample just reported by sgHover() carries event marks: \a kinds
+        are their kinds (EEventMarkKind or the host's own), in the order the
+        marks were given. Emitted right after that sgHover(), and only for a
+        sample with marks. */
+    void sgHoverEventMarks(QString curveName, int yIndex, double timeMs, double value,
+                           QList<int> kinds);
 
 protected:
     /*! One zoom step per event (see the class description); the event is

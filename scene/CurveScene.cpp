@@ -35,6 +35,8 @@ public:
     bool coordAutoDelete = true;
     QMap<QString, CurveEntry> curves;
     std::set<QString> callerOwnedNames;
+    // Event marks by curve name; only curves that have some are here.
+    QMap<QString, QVector<EventMark>> eventMarks;
 };
 
 CurveScene::CurveScene(QObject* parent)
@@ -83,10 +85,11 @@ void CurveScene::removeCurve(const QString& curveName)
     if (it == m_data->curves.end())
         return;
     Curve_DataSet* dataSet = it.value().dataSet;
-    m_data->curves.erase(it);
     // The name is copied: the caller's reference may point into the entry
     // that is being dropped.
     const QString name = curveName;
+    m_data->curves.erase(it);
+    m_data->eventMarks.remove(name);
     releaseDataSet(name, dataSet);
     emit sgCurveRemoved(name);
 }
@@ -101,6 +104,7 @@ void CurveScene::removeAllCurves()
         const QString name = it.key();
         Curve_DataSet* dataSet = it.value().dataSet;
         m_data->curves.erase(it);
+        m_data->eventMarks.remove(name);
         releaseDataSet(name, dataSet);
         emit sgCurveRemoved(name);
     }
@@ -165,6 +169,25 @@ void CurveScene::setCurveSingleShow(const QString& curveName, bool bSingle)
 {
     if (m_data->curves.contains(curveName))
         emit sgCurveSingleShow(curveName, bSingle);
+}
+
+bool CurveScene::setCurveEventMarks(const QString& curveName, const QVector<EventMark>& marks)
+{
+    if (!m_data->curves.contains(curveName))
+        return false;
+    if (m_data->eventMarks.value(curveName) == marks)
+        return true;
+    if (marks.isEmpty())
+        m_data->eventMarks.remove(curveName);
+    else
+        m_data->eventMarks.insert(curveName, marks);
+    emit sgCurveEventMarksChanged(curveName);
+    return true;
+}
+
+QVector<EventMark> CurveScene::getCurveEventMarks(const QString& curveName) const
+{
+    return m_data->eventMarks.value(curveName);
 }
 
 void CurveScene::setCoord(Curve_Coord* coord, bool bAutoDelete)

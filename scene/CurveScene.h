@@ -4,10 +4,13 @@
 
 #include "gnssplot_global.h"
 
+#include "EventMark.h"
+
 #include <QColor>
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 
@@ -93,6 +96,20 @@ public:
         time. Nothing is stored. */
     void setCurveSingleShow(const QString& curveName, bool bSingle);
 
+    /*! Gives the curve \a curveName the event marks \a marks (cycle slips,
+        losses of lock, gaps or the host's own kinds at sample indexes; see
+        EventMark), replacing those it had, and emits
+        sgCurveEventMarksChanged() when they differ. A curve view draws them
+        as short ticks on the curve and names their kinds in its hover
+        read-out. Marks at indexes the curve has no sample for, or where a
+        value is NaN, are kept but draw nothing. An empty list takes the
+        marks away. Returns \c false, storing nothing, for an unknown name.
+        Removing the curve drops its marks. */
+    bool setCurveEventMarks(const QString& curveName, const QVector<EventMark>& marks);
+    /*! The event marks of the curve as they were given; empty for an
+        unknown name or a curve without marks. */
+    QVector<EventMark> getCurveEventMarks(const QString& curveName) const;
+
     /*! Replaces the local coordinate and emits sgLocalCoordChanged(). The
         previous coordinate is deleted when it was given with bAutoDelete
         \c true. With \a bAutoDelete \c true the registry takes ownership of
@@ -123,6 +140,8 @@ signals:
     void sgCurveShowParamChanged(QString curveName);
     /*! A request to show only \a curveName (or to stop doing so). */
     void sgCurveSingleShow(QString curveName, bool bSingle);
+    /*! The event marks of \a curveName changed (setCurveEventMarks()). */
+    void sgCurveEventMarksChanged(QString curveName);
 
 private:
     void releaseDataSet(const QString& curveName, Curve_DataSet* dataSet);

@@ -16,6 +16,17 @@
     </message>
 </context>
 <context>
+    <name>CurveGraphicsTableWidget_Epoch</name>
+    <message>
+        <source>Satellite</source>
+        <translation>Satellit</translation>
+    </message>
+    <message>
+        <source>Remove the rect for erase.</source>
+        <translation>Löschrechteck entfernen.</translation>
+    </message>
+</context>
+<context>
     <name>CurveGraphicsView</name>
     <message>
         <source>Curve %1, F %2
@@ -25,16 +36,35 @@ Value %4 m</source>
 Zeit %3 GPST
 Wert %4 m</translation>
     </message>
-</context>
-<context>
-    <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
-        <source>Satellite</source>
-        <translation>Satellit</translation>
+        <source>cycle slip</source>
+        <translation>Phasensprung</translation>
     </message>
     <message>
-        <source>Remove the rect for erase.</source>
-        <translation>Löschrechteck entfernen.</translation>
+        <source>loss of lock</source>
+        <translation>Verlust der Signalverfolgung</translation>
+    </message>
+    <message>
+        <source>gap</source>
+        <translation>Lücke</translation>
+    </message>
+    <message>
+        <source>event %1</source>
+        <translation>Ereignis %1</translation>
+    </message>
+    <message>
+        <source>Curve %1, F %2
+Time %3 GPST</source>
+        <translation>Kurve %1, F %2
+Zeit %3 GPST</translation>
+    </message>
+    <message>
+        <source>Value %1 %2</source>
+        <translation>Wert %1 %2</translation>
+    </message>
+    <message>
+        <source>Event %1</source>
+        <translation>Ereignis %1</translation>
     </message>
 </context>
 <context>

@@ -16,6 +16,17 @@
     </message>
 </context>
 <context>
+    <name>CurveGraphicsTableWidget_Epoch</name>
+    <message>
+        <source>Satellite</source>
+        <translation>卫星</translation>
+    </message>
+    <message>
+        <source>Remove the rect for erase.</source>
+        <translation>删除此擦除框。</translation>
+    </message>
+</context>
+<context>
     <name>CurveGraphicsView</name>
     <message>
         <source>Curve %1, F %2
@@ -25,16 +36,35 @@ Value %4 m</source>
 时间 %3 GPST
 数值 %4 米</translation>
     </message>
-</context>
-<context>
-    <name>CurveGraphicsTableWidget_Epoch</name>
     <message>
-        <source>Satellite</source>
-        <translation>卫星</translation>
+        <source>cycle slip</source>
+        <translation>周跳</translation>
     </message>
     <message>
-        <source>Remove the rect for erase.</source>
-        <translation>删除此擦除框。</translation>
+        <source>loss of lock</source>
+        <translation>失锁</translation>
+    </message>
+    <message>
+        <source>gap</source>
+        <translation>数据缺失</translation>
+    </message>
+    <message>
+        <source>event %1</source>
+        <translation>事件 %1</translation>
+    </message>
+    <message>
+        <source>Curve %1, F %2
+Time %3 GPST</source>
+        <translation>曲线 %1，F %2
+时间 %3 GPST</translation>
+    </message>
+    <message>
+        <source>Value %1 %2</source>
+        <translation>数值 %1 %2</translation>
+    </message>
+    <message>
+        <source>Event %1</source>
+        <translation>事件 %1</translation>
     </message>
 </context>
 <context>

@@ -42,7 +42,8 @@ void tst_DesignerPlugin::createsEveryWidget()
         if (widget->name() == QStringLiteral("CurveGraphicsView")) {
             switches << QStringLiteral("roundTimeTicks") << QStringLiteral("hoverReadOutEnabled")
                      << QStringLiteral("hoverToolTip")
-                     << QStringLiteral("orderIndependentMix");
+                     << QStringLiteral("orderIndependentMix")
+                     << QStringLiteral("pickedSampleMarker");
         }
         if (widget->name() == QStringLiteral("SkyGraphicsView")) {
             switches << QStringLiteral("hoverReadOutEnabled") << QStringLiteral("hoverToolTip")
@@ -55,6 +56,14 @@ void tst_DesignerPlugin::createsEveryWidget()
             QVERIFY(meta->property(index).isWritable());
             QVERIFY(meta->property(index).isDesignable());
             QCOMPARE(created->property(name.toLatin1().constData()), QVariant(false));
+        }
+        // The unit of the curve plot's values, empty for metres.
+        if (widget->name() == QStringLiteral("CurveGraphicsView")) {
+            const QMetaObject* meta = created->metaObject();
+            const int index = meta->indexOfProperty("valueUnit");
+            QVERIFY(index >= 0 && meta->property(index).isDesignable());
+            QVERIFY(meta->property(index).isWritable());
+            QCOMPARE(created->property("valueUnit"), QVariant(QString()));
         }
     }
     QCOMPARE(names, (QStringList{QStringLiteral("CurveGraphicsView"),

@@ -37,17 +37,20 @@ void tst_Translations::catalogue_data()
     QTest::addColumn<QString>("hoverTip");
     QTest::addColumn<QString>("east");
     QTest::addColumn<QString>("skyTip");
+    QTest::addColumn<QString>("slip");
     QTest::newRow("zh_CN") << "zh_CN" << QString::fromUtf8("卫星") << QString::fromUtf8("米")
                            << QString::fromUtf8("内存分配失败。")
                            << QString::fromUtf8("删除此擦除框。")
                            << QString::fromUtf8("曲线 %1，F %2\n时间 %3 GPST\n数值 %4 米")
                            << QString::fromUtf8("东")
-                           << QString::fromUtf8("卫星 %1\n时间 %2 GPST\n方位角 %3\n高度角 %4");
+                           << QString::fromUtf8("卫星 %1\n时间 %2 GPST\n方位角 %3\n高度角 %4")
+                           << QString::fromUtf8("周跳");
     QTest::newRow("de") << "de" << "Satellit" << "m"
                         << "Speicher konnte nicht reserviert werden."
                         << QString::fromUtf8("Löschrechteck entfernen.")
                         << "Kurve %1, F %2\nZeit %3 GPST\nWert %4 m" << "O"
-                        << "Satellit %1\nZeit %2 GPST\nAzimut %3\nElevation %4";
+                        << "Satellit %1\nZeit %2 GPST\nAzimut %3\nElevation %4"
+                        << "Phasensprung";
 }
 
 void tst_Translations::catalogue()
@@ -60,6 +63,7 @@ void tst_Translations::catalogue()
     QFETCH(QString, hoverTip);
     QFETCH(QString, east);
     QFETCH(QString, skyTip);
+    QFETCH(QString, slip);
 
     QTranslator translator;
     QVERIFY2(translator.load(QLocale(locale), QStringLiteral("gnssplot"), QStringLiteral("_"),
@@ -99,6 +103,8 @@ void tst_Translations::catalogue()
     QVERIFY(frame);
     QCOMPARE(frame->yLabels().value(0.5), QStringLiteral("0.000") + metre);
     QCOMPARE(frame->timeSystemText(), QStringLiteral("GPST"));
+    // The read-out names an event kind in the user's language.
+    QCOMPARE(view.getEventKindName(EEventMarkKind_CycleSlip), slip);
 
     QVERIFY(QCoreApplication::removeTranslator(&translator));
 }
