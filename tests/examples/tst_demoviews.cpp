@@ -137,6 +137,7 @@ private slots:
     void timeLink();
     void hover_data();
     void hover();
+    void slipMarkNamed();
     void axisPerFile_data();
     void axisPerFile();
     void summaryTable();
@@ -272,6 +273,74 @@ void tst_DemoViews::hover()
     QVERIFY(!w.sky()->hasTimeCursor());
     QVERIFY(w.skyPane()->markedSatellite().isEmpty());
     w.showQuantity(PlotQuantity::Multipath);
+}
+
+// A phase jump of NYA1 is a tick on its multipath curve and on its table
+// bar; a real hover over the sample it marks rings the sample and names
+// the slip in the status line. With GNSSPLOT_DEMO_PICTURES set to a folder
+// the window is saved there as demo-nya1-slip.png.
+void tst_DemoViews::slipMarkNamed()
+{
+    DemoWindow& w = *m_nya;
+    w.showQuantity(PlotQuantity::Multipath);
+    DemoHost* host = w.host();
+    // A satellite high in the sky with a phase jump well inside an arc.
+    QString name;
+    qint64 sample = -1;
+    for (const SatelliteQuality& q : host->qualities()) {
+        const SatelliteFindings* f = host->findings(q.name);
+        if (!f || q.system != 'G')
+            continue;
+        for (const CurveEvent& e : f->multipath.events) {
+            if (e.kind == EventKind::PhaseJump && e.sample > 20) {
+                name = q.name;
+                sample = e.sample;
+                break;
+            }
+        }
+        if (!name.isEmpty())
+            break;
+    }
+    QVERIFY2(!name.isEmpty(), "no GPS phase jump in NYA1");
+    CurveScene* curves = w.view()->getCurveScene();
+    QVERIFY(curves->getCurveEventMarks(name).contains(EventMark{sample, EEventMarkKind_CycleSlip}));
+    QVERIFY(w.table()->getEventMarks().contains(name));
+    // Every plot rings the sample it names; the plots not in metres say
+    // their unit.
+    for (int q = 0; q < PlotQuantityCount; ++q)
+        QVERIFY(w.view(PlotQuantity(q))->isPickedSampleMarkerShown());
+    QCOMPARE(w.view(PlotQuantity::Multipath)->getValueUnit(), QString());
+    QCOMPARE(w.view(PlotQuantity::SignalStrength)->getValueUnit(), QStringLiteral("dB-Hz"));
+
+    // The satellite alone, its slip in the middle of a 20-minute window.
+    QVERIFY(host->setSingleCurve(name));
+    const auto* set = qobject_cast<const Curve_DataSet_XY*>(curves->getCurve(name));
+    QVERIFY(set);
+    const double* time = set->getAxisData(0)->getData(sample, nullptr);
+    const double* value = set->getAxisData(1)->getData(sample, nullptr);
+    QVERIFY(time && value && std::isfinite(*value));
+    w.view()->setTimeWindow(*time - 600000.0, *time + 600000.0);
+    QCoreApplication::processEvents();
+    double xMin, xMax, yMin, yMax;
+    qobject_cast<const Curve_Coord_XY*>(curves->getCoord_Local())
+        ->getArea(xMin, xMax, yMin, yMax);
+    QVERIFY2(*value > yMin && *value < yMax, "the slip's sample is off the Y range");
+    const QRectF area = w.view()->dataAreaInViewport();
+    const QPoint at(int(area.left() + (*time - xMin) / (xMax - xMin) * area.width()),
+                    int(area.top() + (yMax - *value) / (yMax - yMin) * area.height()));
+    QTest::mouseMove(w.view()->viewport(), at);
+    QCoreApplication::processEvents();
+    const QString status = w.statusLine()->text();
+    QVERIFY2(status.startsWith(name + QLatin1Char(' ')), qPrintable(status));
+    QVERIFY2(status.contains(QStringLiteral("cycle slip")), qPrintable(status));
+    QVERIFY2(status.contains(gpstText(qint64(*time))), qPrintable(status));
+
+    const QString pictures = qEnvironmentVariable("GNSSPLOT_DEMO_PICTURES");
+    if (!pictures.isEmpty())
+        w.grab().save(pictures + QStringLiteral("/demo-nya1-slip.png"));
+    QTest::mouseMove(w.view()->viewport(), QPoint(1, 1));
+    host->setSingleCurve(QString());
+    w.view()->resetTimeWindow();
 }
 
 void tst_DemoViews::axisPerFile_data()

@@ -121,27 +121,16 @@ DemoHost::DemoHost(MultipathView* view, CurveGraphicsTableWidget_Epoch* table, Q
     , m_view(view)
     , m_table(table)
 {
-    m_views[int(PlotQuantity::Multipath)] = view;
-    m_view->getCurveScene()->setCoord(new Curve_Coord_XY, true);
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgStateliteSelection, this,
             &DemoHost::onTableSelection);
     connect(m_table, &CurveGraphicsTableWidget_Epoch::sgEraseMarksChanged, this,
             &DemoHost::onTableEraseMarks);
-    // Zooming and panning time in either widget moves the other: the
-    // table's epochs are GPST milliseconds like the curves' X values, so
-    // the windows link as they are. Each side signals only real changes,
-    // so the two links make no loop.
-    m_view->setTimeNavigationEnabled(true);
+    // Zooming and panning time in any view moves the table and, through
+    // it, every other view (linkTimeWindow()); the table's epochs are GPST
+    // milliseconds like the curves' X values, so the windows link as they
+    // are. The table reads in time even for a file with nothing to plot.
     m_table->setTimeNavigationEnabled(true);
-    connect(m_view, &CurveGraphicsView::sgTimeWindowChanged, m_table,
-            &CurveGraphicsTableWidget_Epoch::setTimeWindow);
-    connect(m_table, &CurveGraphicsTableWidget_Epoch::sgTimeWindowChanged, m_view,
-            &CurveGraphicsView::setTimeWindow);
-    m_view->setHoverReadOutEnabled(true);
-    // Ticks on round times of day, as an analyst reads them, on the plot
-    // and on the table's own axis, which reads in time even for a file with
-    // nothing to plot.
-    m_view->setRoundTimeTicks(true);
+    setUpView(PlotQuantity::Multipath, view);
     m_table->setRoundTimeTicks(true);
     m_table->setTimeAxisVisible(true);
 }
@@ -443,6 +432,7 @@ bool DemoHost::load(std::unique_ptr<ObservationSource> source, QString* error)
     resetViews();
     publishQuantity(m_current);
     publishSky();
+    publishEventMarks();
     m_stats.loadMs = timer.elapsed();
     readBack();
     emit loaded();
@@ -564,6 +554,7 @@ void DemoHost::applyMarks()
         m_published[q] = false;
     publishQuantity(m_current);
     fillSkyValues();
+    publishEventMarks();
     greyUncheckedRows();
     result.elapsedMs = timer.elapsed();
     m_lastApply = result;

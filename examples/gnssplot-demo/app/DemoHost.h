@@ -316,6 +316,7 @@ private:
     void applyElevationsTo(SatelliteFindings& findings) const;
     void updateVisibility();
     void fitYRange();
+    void setUpView(PlotQuantity quantity, MultipathView* view);
     void linkTimeWindow(MultipathView* view);
     void resetViews();
     void publishQuantity(PlotQuantity quantity);
@@ -325,6 +326,7 @@ private:
     void publishSky();
     void fillSkyValues();
     void greyUncheckedRows();
+    void publishEventMarks();
 
     MultipathView* m_view;
     CurveGraphicsTableWidget_Epoch* m_table;

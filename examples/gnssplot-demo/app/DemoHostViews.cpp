@@ -52,12 +52,23 @@ bool DemoHost::setPlotView(PlotQuantity quantity, MultipathView* view)
     const int q = int(quantity);
     if (!view || q <= 0 || q >= PlotQuantityCount || m_views[q])
         return false;
-    m_views[q] = view;
+    setUpView(quantity, view);
+    return true;
+}
+
+void DemoHost::setUpView(PlotQuantity quantity, MultipathView* view)
+{
+    m_views[int(quantity)] = view;
     view->getCurveScene()->setCoord(new Curve_Coord_XY, true);
     view->setHoverReadOutEnabled(true);
+    // The satellite the read-out names gets a ring and comes to the front.
+    view->setPickedSampleMarkerShown(true);
+    // Ticks on round times of day, as an analyst reads them.
     view->setRoundTimeTicks(true);
+    // Multipath keeps the plot's own (translated) metres.
+    if (quantity != PlotQuantity::Multipath)
+        view->setValueUnit(PlotQuantityTexts::unit(quantity));
     linkTimeWindow(view);
-    return true;
 }
 
 void DemoHost::linkTimeWindow(MultipathView* view)
@@ -543,6 +554,51 @@ bool DemoHost::writeSkyTracksCsv(QIODevice* device, const QStringList& names, do
             return false;
     }
     return true;
+}
+
+namespace {
+
+int eventMarkKind(EventKind kind)
+{
+    switch (kind) {
+    case EventKind::PhaseJump: return EEventMarkKind_CycleSlip;
+    case EventKind::LossOfLock: return EEventMarkKind_LossOfLock;
+    case EventKind::Gap: return EEventMarkKind_Gap;
+    }
+    return EEventMarkKind_Gap;
+}
+
+} // namespace
+
+void DemoHost::publishEventMarks()
+{
+    // Slips, loss of lock and gaps as ticks: on each multipath curve at the
+    // first sample of the arc they begin, and on the table's bars at their
+    // epochs, per band.
+    QMap<QString, QList<QVector<EventMark>>> bars;
+    CurveScene* curves = registry();
+    for (auto it = m_findings.cbegin(); it != m_findings.cend(); ++it) {
+        const SatelliteFindings& f = it.value();
+        QVector<EventMark> onCurve;
+        onCurve.reserve(int(f.multipath.events.size()));
+        for (const CurveEvent& e : f.multipath.events)
+            onCurve.append({e.sample, eventMarkKind(e.kind)});
+        if (m_curves.contains(it.key()))
+            curves->setCurveEventMarks(it.key(), onCurve);
+        QList<QVector<EventMark>> bands;
+        bool any = false;
+        for (const std::vector<EpochEvent>& band : f.events) {
+            QVector<EventMark> marks;
+            marks.reserve(int(band.size()));
+            for (const EpochEvent& e : band)
+                marks.append({e.timeMs, eventMarkKind(e.kind)});
+            any = any || !marks.isEmpty();
+            bands.append(marks);
+        }
+        if (any)
+            bars.insert(it.key(), bands);
+    }
+    m_table->setEventMarks(bars);
 }
 
 } // namespace gnssdemo

@@ -202,6 +202,17 @@ DemoWindow::DemoWindow(QWidget* parent)
                     onPlotHover(quantity, curve, yIndex, timeMs, value);
                 });
         connect(m_views[q], &CurveGraphicsView::sgHoverNone, this, &DemoWindow::onHoverNone);
+        // Follows sgHover for a sample that begins an arc after a slip, a
+        // loss of lock or a gap: the status line names what happened.
+        connect(m_views[q], &CurveGraphicsView::sgHoverEventMarks, this,
+                [this, q](const QString&, int, double, double, const QList<int>& kinds) {
+                    QStringList names;
+                    for (const int kind : kinds)
+                        names.append(m_views[q]->getEventKindName(kind));
+                    names.removeDuplicates();
+                    m_statusLabel->setText(tr("%1 (%2)").arg(m_statusLabel->text(),
+                                                             names.join(tr(", "))));
+                });
     }
     connect(m_skyPane->sky(), &SkyGraphicsView::sgHover, this, &DemoWindow::onSkyHover);
     connect(m_skyPane->sky(), &SkyGraphicsView::sgHoverNone, this, &DemoWindow::onHoverNone);

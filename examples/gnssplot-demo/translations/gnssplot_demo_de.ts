@@ -290,13 +290,6 @@
     </message>
 </context>
 <context>
-    <name>SignalStrength</name>
-    <message>
-        <source>The curve needs two Y axes.</source>
-        <translation>Die Kurve braucht zwei Y-Achsen.</translation>
-    </message>
-</context>
-<context>
     <name>gnssdemo::DemoHost</name>
     <message>
         <source>No observations to load.</source>
@@ -404,10 +397,6 @@
     <message>
         <source>&amp;Whole file</source>
         <translation>&amp;Ganze Datei</translation>
-    </message>
-    <message>
-        <source>Main</source>
-        <translation>Haupt</translation>
     </message>
     <message>
         <source>all</source>
@@ -524,6 +513,10 @@
     <message>
         <source>Save table bars picture</source>
         <translation>Bild der Tabellenbalken speichern</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
     </message>
 </context>
 <context>

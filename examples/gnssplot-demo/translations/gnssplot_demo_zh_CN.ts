@@ -270,13 +270,6 @@
     </message>
 </context>
 <context>
-    <name>SignalStrength</name>
-    <message>
-        <source>The curve needs two Y axes.</source>
-        <translation>曲线需要两个 Y 轴。</translation>
-    </message>
-</context>
-<context>
     <name>gnssdemo::DemoHost</name>
     <message>
         <source>No observations to load.</source>
@@ -384,10 +377,6 @@
     <message>
         <source>&amp;Whole file</source>
         <translation>整个文件(&amp;W)</translation>
-    </message>
-    <message>
-        <source>Main</source>
-        <translation>主工具栏</translation>
     </message>
     <message>
         <source>all</source>
@@ -504,6 +493,10 @@
     <message>
         <source>Save table bars picture</source>
         <translation>保存表格条形图片</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
     </message>
 </context>
 <context>
