@@ -154,19 +154,8 @@ void CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(
     qint64 startTime, qint64 endTime, const QMap<QString, QList<stEpochDataSet>>& epochData,
     const QMap<QString, bool>& enabledMap, const QMap<QString, QPixmap*>& pixmaps)
 {
-    // One content serves every pixmap: no marks, no drag outline.
-    EpochBarsContent content;
-    content.startTime = startTime;
-    content.endTime = endTime;
-    for (auto it = epochData.cbegin(); it != epochData.cend(); ++it) {
-        QPixmap* pixmap = pixmaps.value(it.key(), nullptr);
-        if (!pixmap || pixmap->isNull())
-            continue;
-        makeEpochBrushes(it.value().size(), enabledMap.value(it.key(), false), content.brushes);
-        content.dataSets = it.value();
-        QPainter painter(pixmap);
-        paintEpochBars(&painter, pixmap->rect(), content);
-    }
+    // Without event marks nothing but the bars is drawn.
+    PaintAllLabelsToDevice(startTime, endTime, epochData, enabledMap, pixmaps, {}, {});
 }
 
 void CurveGraphicsTableWidget_Epoch::PaintAllLabelsToDevice(
