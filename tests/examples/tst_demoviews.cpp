@@ -642,7 +642,11 @@ void tst_DemoViews::pictureTimeAxis_data()
                                        << qint64(21600000);
     QTest::newRow("day in 1200 pixels") << qint64(1722038400000) << qint64(86400000) << 1200
                                         << qint64(7200000);
-    QTest::newRow("15 minutes in 480 pixels") << qint64(1668186000000) << qint64(900000) << 480
+    // Two hours would do for times alone, but the date at midnight, pushed
+    // inside at the left end, would meet 02:00.
+    QTest::newRow("day in 1000 pixels") << qint64(1722038400000) << qint64(86400000) << 1000
+                                        << qint64(10800000);
+    QTest::newRow("15 minutes in 400 pixels") << qint64(1668186000000) << qint64(900000) << 400
                                               << qint64(300000);
 }
 
@@ -655,6 +659,10 @@ void tst_DemoViews::pictureTimeAxis()
     QFETCH(qint64, step);
     TextRecorder recorder(QSize(width + 40, 40));
     QPainter painter(&recorder);
+    // One font for every Qt and platform, so that the steps are known.
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(11);
+    painter.setFont(font);
     drawTimeAxis(&painter, QRect(20, 5, width, 30), start, start + length);
     painter.end();
     const QList<TextRecorder::Text>& labels = recorder.texts();

@@ -83,13 +83,39 @@ void drawTimeAxis(QPainter* painter, const QRect& rect, qint64 tMin, qint64 tMax
         return;
     const QFontMetrics metrics(painter->font());
     const double span = double(tMax - tMin);
-    // The smallest round step whose labels keep a gap of their own width.
+    const auto tickX = [&](qint64 t) {
+        return rect.left() + int(std::lround(double(t - tMin) / span * rect.width()));
+    };
+    // A label is centred on its tick but stays inside the axis, so that the
+    // first and the last are not cut at the edges.
+    const auto labelLeft = [&](int x, int w) {
+        return std::max(rect.left(), std::min(x - w / 2, rect.right() - w));
+    };
+    const auto firstTick = [tMin](qint64 step) { return (tMin + step - 1) / step * step; };
+    // Whether the labels of \a step are apart by about a label's width, so
+    // that the axis reads calmly, and, placed as they are drawn, keep a gap
+    // between them: a date at midnight is the widest label, and at an end
+    // of the axis it is pushed inside, towards its neighbour.
+    const int gap = 6;
     const int labelWidth = metrics.horizontalAdvance(QStringLiteral("00:00:00")) + 12;
+    const auto fits = [&](qint64 step) {
+        const QString sample = tickText(86400000 + step, step);
+        const int spacing = std::max(labelWidth, metrics.horizontalAdvance(sample) + 12);
+        if (double(step) / span * rect.width() < spacing)
+            return false;
+        int previousRight = rect.left() - gap;
+        for (qint64 t = firstTick(step); t <= tMax; t += step) {
+            const int w = metrics.horizontalAdvance(tickText(t, step));
+            const int left = labelLeft(tickX(t), w);
+            if (left < previousRight + gap)
+                return false;
+            previousRight = left + w;
+        }
+        return true;
+    };
     qint64 step = kTickSteps[std::size(kTickSteps) - 1];
     for (qint64 candidate : kTickSteps) {
-        const QString sample = tickText(86400000 + candidate, candidate);
-        const int width = std::max(labelWidth, metrics.horizontalAdvance(sample) + 12);
-        if (double(candidate) / span * rect.width() >= width) {
+        if (fits(candidate)) {
             step = candidate;
             break;
         }
@@ -97,15 +123,12 @@ void drawTimeAxis(QPainter* painter, const QRect& rect, qint64 tMin, qint64 tMax
     painter->save();
     painter->setPen(QColor(90, 90, 90));
     painter->drawLine(rect.left(), rect.top(), rect.right(), rect.top());
-    const qint64 first = (tMin + step - 1) / step * step;
-    for (qint64 t = first; t <= tMax; t += step) {
-        const int x = rect.left() + int(std::lround(double(t - tMin) / span * rect.width()));
+    for (qint64 t = firstTick(step); t <= tMax; t += step) {
+        const int x = tickX(t);
         painter->drawLine(x, rect.top(), x, rect.top() + 4);
         const QString text = tickText(t, step);
         const int w = metrics.horizontalAdvance(text);
-        // Labels stay inside the axis: the last one is not cut at the edge.
-        const int left = std::max(rect.left(), std::min(x - w / 2, rect.right() - w));
-        painter->drawText(QRect(left, rect.top() + 5, w + 1, metrics.height()),
+        painter->drawText(QRect(labelLeft(x, w), rect.top() + 5, w + 1, metrics.height()),
                           Qt::AlignLeft | Qt::AlignTop, text);
     }
     painter->restore();
