@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CurveGraphicsView.h"
+#include "CurveGraphicsView_p.h"
 
 #include "AxisData.h"
 #include "CurveGraphicsScene.h"
@@ -7,95 +8,16 @@
 #include "CurveScene.h"
 #include "Curve_Coord_XY.h"
 #include "Curve_DataSet.h"
-#include "TimeLabeller_p.h"
 #include "TimeNavigator_p.h"
 #include "TimeWindow.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QResizeEvent>
-#include <QToolTip>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-
-namespace {
-
-QString defaultKindName(int kind)
-{
-    switch (kind) {
-    case EEventMarkKind_CycleSlip:
-        return CurveGraphicsView::tr("cycle slip");
-    case EEventMarkKind_LossOfLock:
-        return CurveGraphicsView::tr("loss of lock");
-    case EEventMarkKind_Gap:
-        return CurveGraphicsView::tr("gap");
-    default:
-        return CurveGraphicsView::tr("event %1").arg(kind);
-    }
-}
-
-} // namespace
-
-class CurveGraphicsView::PrivateData : public TimeNavigator::Target
-{
-public:
-    explicit PrivateData(CurveGraphicsView* view)
-        : q(view)
-    {
-    }
-
-    bool navigationEnabled() const override { return m_nav.bEnabled; }
-    TimeWindow navigationWindow() const override
-    {
-        double tMin = 0.0;
-        double tMax = 0.0;
-        q->getTimeWindow(tMin, tMax);
-        return TimeWindow(tMin, tMax);
-    }
-    QRectF navigationArea() const override { return q->dataAreaInViewport(); }
-    double navigationMinimumSpan() const override;
-    void navigateTo(const TimeWindow& window) override { showWindow(window); }
-    void navigateHome() override { q->resetTimeWindow(); }
-
-    // The X range of all data; invalid without data.
-    TimeWindow dataRange() const;
-    // `window` fitted into the data; invalid when either is. `bActive` says
-    // whether the fitted window leaves out part of the data.
-    TimeWindow fitted(const TimeWindow& window, bool& bActive) const;
-    // Shows `window`, fitted; emits when what is shown changes.
-    bool showWindow(const TimeWindow& window);
-
-    CurveGraphicsView* const q;
-    QPointer<CurveGraphicsScene> m_scene;
-    double m_maxZoom = 20.0;
-    double m_minZoom = 5e-5;
-    double m_zoomStep = 0.15;
-    double m_zoom = 1.0;
-
-    // Time navigation: the window is only in force while bActive.
-    struct TimeNavigation
-    {
-        bool bEnabled = false;
-        bool bActive = false;
-        TimeWindow window;
-    } m_nav;
-    TimeNavigator* m_navigator = nullptr;
-    int m_marginLeft = 0;
-    int m_marginRight = 0;
-    // Hover read-out and the sample it last reported.
-    struct HoverState
-    {
-        bool bEnabled = false;
-        bool bToolTip = false;
-        bool bReported = false;
-        HoverSample last;
-    } m_hover;
-    // Names of event kinds the host chose in place of the defaults.
-    QMap<int, QString> m_kindNames;
-};
 
 CurveGraphicsView::CurveGraphicsView(QWidget* parent)
     : QGraphicsView(parent)
@@ -427,175 +349,4 @@ void CurveGraphicsView::setRoundTimeTicks(bool bRound)
 bool CurveGraphicsView::hasRoundTimeTicks() const
 {
     return m_data->m_scene && m_data->m_scene->hasRoundTimeTicks();
-}
-
-// --- Hover read-out ---------------------------------------------------------
-
-void CurveGraphicsView::setHoverReadOutEnabled(bool bEnabled)
-{
-    if (bEnabled == m_data->m_hover.bEnabled)
-        return;
-    m_data->m_hover.bEnabled = bEnabled;
-    if (bEnabled)
-        viewport()->setMouseTracking(true);
-    else
-        clearHover();
-}
-
-bool CurveGraphicsView::isHoverReadOutEnabled() const
-{
-    return m_data->m_hover.bEnabled;
-}
-
-void CurveGraphicsView::setHoverToolTip(bool bShow)
-{
-    if (!bShow && m_data->m_hover.bToolTip && m_data->m_hover.bReported)
-        QToolTip::hideText();
-    m_data->m_hover.bToolTip = bShow;
-}
-
-bool CurveGraphicsView::hasHoverToolTip() const
-{
-    return m_data->m_hover.bToolTip;
-}
-
-bool CurveGraphicsView::hoverSampleAt(const QPoint& viewportPos, HoverSample& sample)
-{
-    bool bInvertible = false;
-    const QTransform toScene = viewportTransform().inverted(&bInvertible);
-    CurveGraphicsSceneAccess::Nearest nearest;
-    if (!bInvertible
-        || !CurveGraphicsSceneAccess::nearestSample(
-            m_data->m_scene, toScene.map(QPointF(viewportPos)), kHoverRadius, &nearest)) {
-        return false;
-    }
-    sample.curveName = nearest.curveName;
-    sample.yIndex = nearest.sample.yIndex;
-    sample.sampleIndex = nearest.sample.index;
-    sample.timeMs = nearest.sample.x;
-    sample.value = nearest.sample.y;
-    return true;
-}
-
-void CurveGraphicsView::updateHover(const QPoint& viewportPos)
-{
-    HoverSample sample;
-    if (!hoverSampleAt(viewportPos, sample)) {
-        clearHover();
-        return;
-    }
-    const HoverSample& last = m_data->m_hover.last;
-    if (m_data->m_hover.bReported && last.curveName == sample.curveName
-        && last.yIndex == sample.yIndex
-        && last.sampleIndex == sample.sampleIndex) {
-        return;
-    }
-    m_data->m_hover.last = sample;
-    m_data->m_hover.bReported = true;
-    const QList<int> kinds =
-        CurveGraphicsSceneAccess::eventKindsAt(m_data->m_scene, sample.curveName,
-                                               sample.sampleIndex);
-    CurveGraphicsSceneAccess::setPicked(m_data->m_scene, sample.curveName, sample.yIndex,
-                                        sample.sampleIndex);
-    if (m_data->m_hover.bToolTip) {
-        const QString time = TimeLabeller::toolTipTime(sample.timeMs);
-        const QString unit = getValueUnit();
-        // In metres the tool tip stays the one text it always was.
-        QString text = unit.isEmpty()
-                           ? tr("Curve %1, F %2\nTime %3 GPST\nValue %4 m")
-                                 .arg(sample.curveName)
-                                 .arg(sample.yIndex + 1)
-                                 .arg(time)
-                                 .arg(sample.value, 0, 'f', 3)
-                           : tr("Curve %1, F %2\nTime %3 GPST")
-                                     .arg(sample.curveName)
-                                     .arg(sample.yIndex + 1)
-                                     .arg(time)
-                                 + QLatin1Char('\n')
-                                 + tr("Value %1 %2")
-                                       .arg(QString::number(sample.value, 'f', 3), unit);
-        if (!kinds.isEmpty()) {
-            QStringList names;
-            for (const int kind : kinds)
-                names.append(getEventKindName(kind));
-            text += QLatin1Char('\n') + tr("Event %1").arg(names.join(QStringLiteral(", ")));
-        }
-        QToolTip::showText(viewport()->mapToGlobal(viewportPos), text, viewport());
-    }
-    emit sgHover(sample.curveName, sample.yIndex, sample.timeMs, sample.value);
-    if (!kinds.isEmpty()) {
-        emit sgHoverEventMarks(sample.curveName, sample.yIndex, sample.timeMs, sample.value,
-                               kinds);
-    }
-}
-
-void CurveGraphicsView::clearHover()
-{
-    if (!m_data->m_hover.bReported)
-        return;
-    m_data->m_hover.bReported = false;
-    CurveGraphicsSceneAccess::clearPicked(m_data->m_scene);
-    if (m_data->m_hover.bToolTip)
-        QToolTip::hideText();
-    emit sgHoverNone();
-}
-
-// --- Units, event marks and the picked sample --------------------------------
-
-void CurveGraphicsView::setValueUnit(const QString& unit)
-{
-    CurveGraphicsSceneAccess::setValueUnit(m_data->m_scene, unit);
-}
-
-QString CurveGraphicsView::getValueUnit() const
-{
-    return CurveGraphicsSceneAccess::valueUnit(m_data->m_scene);
-}
-
-void CurveGraphicsView::setEventKindColor(int kind, const QColor& color)
-{
-    CurveGraphicsSceneAccess::setEventKindColor(m_data->m_scene, kind, color);
-}
-
-QColor CurveGraphicsView::getEventKindColor(int kind) const
-{
-    return CurveGraphicsSceneAccess::eventKindColor(m_data->m_scene, kind);
-}
-
-void CurveGraphicsView::setEventKindName(int kind, const QString& name)
-{
-    if (name.isEmpty())
-        m_data->m_kindNames.remove(kind);
-    else
-        m_data->m_kindNames.insert(kind, name);
-}
-
-QString CurveGraphicsView::getEventKindName(int kind) const
-{
-    const auto it = m_data->m_kindNames.constFind(kind);
-    return it == m_data->m_kindNames.cend() ? defaultKindName(kind) : it.value();
-}
-
-void CurveGraphicsView::setPickedSampleMarkerShown(bool bShown)
-{
-    if (bShown == isPickedSampleMarkerShown())
-        return;
-    CurveGraphicsSceneAccess::setPickedMarker(m_data->m_scene, bShown);
-    // A sample already named gets its ring at once.
-    if (bShown && m_data->m_hover.bReported) {
-        const HoverSample& last = m_data->m_hover.last;
-        CurveGraphicsSceneAccess::setPicked(m_data->m_scene, last.curveName, last.yIndex,
-                                            last.sampleIndex);
-    }
-}
-
-bool CurveGraphicsView::isPickedSampleMarkerShown() const
-{
-    return CurveGraphicsSceneAccess::isPickedMarker(m_data->m_scene);
-}
-
-void CurveGraphicsView::leaveEvent(QEvent* event)
-{
-    QGraphicsView::leaveEvent(event);
-    clearHover();
 }
