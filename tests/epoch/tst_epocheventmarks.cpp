@@ -24,7 +24,6 @@ const QColor kLossOfLock(245, 140, 0);
 const QColor kGap(60, 60, 60);
 const QColor kHostKind(150, 40, 190);
 const QColor kBlue(0, 34, 255);
-const QColor kWhite(255, 255, 255);
 
 // A tick expected on band `band` at epoch `epoch`, in `color`.
 struct Tick
